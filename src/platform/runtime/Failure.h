@@ -1,0 +1,35 @@
+#pragma once
+// The one failure type of the system: what the run-time, a port or a backend raises, and what a
+// routine's handler reports. Number, description and source are taken as they stand.
+#include <QString>
+#include <exception>
+
+namespace steplets {
+
+class Failure : public std::exception {
+public:
+    Failure(long number, QString description, QString source = defaultSource());
+
+    long number() const { return m_number; }
+    const QString& description() const { return m_description; }
+    const QString& source() const { return m_source; }
+    const char* what() const noexcept override { return m_what.constData(); }
+
+    // The source the run-time gives its own failures: the name of the component's type library.
+    static QString defaultSource() { return QStringLiteral("OVSteplet"); }
+
+    // The run-time failures the system relies on.
+    static Failure invalidCall(const QString& detail = {});   // 5
+    static Failure overflow();                                 // 6
+    static Failure subscript();                                // 9
+    static Failure typeMismatch();                             // 13
+    static Failure invalidUseOfNull();                         // 94
+
+private:
+    long m_number;
+    QString m_description;
+    QString m_source;
+    QByteArray m_what;
+};
+
+} // namespace steplets
