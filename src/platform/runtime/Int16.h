@@ -26,6 +26,7 @@ public:
     friend Int16 operator+(Int16 a, Int16 b) { return a += b; }
     friend Int16 operator-(Int16 a, Int16 b) { return a -= b; }
     friend Int16 operator*(Int16 a, Int16 b) { return a *= b; }
+    friend constexpr bool operator==(Int16 a, Int16 b) { return a.m_v == b.m_v; }
 
 private:
     std::int16_t m_v = 0;

@@ -1,0 +1,20 @@
+#include "Failure.h"
+
+namespace steplets {
+
+Failure::Failure(long number, QString description, QString source)
+    : m_number(number), m_description(std::move(description)), m_source(std::move(source)),
+      m_what(QStringLiteral("%1 (%2)").arg(m_description).arg(m_number).toUtf8())
+{
+}
+
+Failure Failure::invalidCall(const QString& detail)
+{
+    return Failure(5, detail.isEmpty() ? QStringLiteral("Invalid procedure call or argument") : detail);
+}
+Failure Failure::overflow() { return Failure(6, QStringLiteral("Overflow")); }
+Failure Failure::subscript() { return Failure(9, QStringLiteral("Subscript out of range")); }
+Failure Failure::typeMismatch() { return Failure(13, QStringLiteral("Type mismatch")); }
+Failure Failure::invalidUseOfNull() { return Failure(94, QStringLiteral("Invalid use of Null")); }
+
+} // namespace steplets
