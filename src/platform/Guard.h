@@ -41,6 +41,9 @@ Failure currentFailure(std::exception_ptr e);
 class Guard {
 public:
     explicit Guard(const QString& literal, int firstLine = 10);
+    // A handler that writes no trail entry of its own (the component's entry point).
+    struct Untraced {};
+    explicit Guard(Untraced) : m_line(10) {}
     Guard(const Guard&) = delete;
     Guard& operator=(const Guard&) = delete;
 

@@ -7,7 +7,9 @@ namespace steplets {
 
 namespace {
 constexpr qint64 kMsPerDay = 86400000;
-const QDate kEpoch(1899, 12, 30);
+// 30 Dec 1899 as a Julian day: no static initialisation order to worry about.
+constexpr qint64 kEpochJulianDay = 2415019;
+QDate epoch() { return QDate::fromJulianDay(kEpochJulianDay); }
 
 qint64 floorDiv(qint64 a, qint64 b) { return a / b - ((a % b != 0) && ((a < 0) != (b < 0))); }
 
@@ -43,7 +45,7 @@ Date Date::fromParts(int year, int month, int day, int hour, int minute, int sec
 {
     const QDate d(year, month, day);
     checkRange(d);
-    const qint64 ms = kEpoch.daysTo(d) * kMsPerDay + ((hour * 60LL + minute) * 60 + second) * 1000;
+    const qint64 ms = epoch().daysTo(d) * kMsPerDay + ((hour * 60LL + minute) * 60 + second) * 1000;
     return Date(fromLinear(fromMs(ms)));
 }
 
@@ -53,7 +55,7 @@ Date Date::fromQDateTime(const QDateTime& dt)
 {
     const QDate d = dt.date();
     checkRange(d);
-    const qint64 ms = kEpoch.daysTo(d) * kMsPerDay + dt.time().msecsSinceStartOfDay();
+    const qint64 ms = epoch().daysTo(d) * kMsPerDay + dt.time().msecsSinceStartOfDay();
     return Date(fromLinear(fromMs(ms)));
 }
 
@@ -72,11 +74,11 @@ std::optional<Date> Date::fromIso(const QString& text)
     if (!d.isValid() || d.year() < 100 || h > 23 || mi > 59 || s > 59) return std::nullopt;
     int ms = 0;
     if (!m.captured(7).isEmpty()) ms = m.captured(7).leftJustified(3, QLatin1Char('0')).toInt();
-    const qint64 total = kEpoch.daysTo(d) * kMsPerDay + ((h * 60LL + mi) * 60 + s) * 1000 + ms;
+    const qint64 total = epoch().daysTo(d) * kMsPerDay + ((h * 60LL + mi) * 60 + s) * 1000 + ms;
     return Date(fromLinear(fromMs(total)));
 }
 
-QDate Date::date() const { return kEpoch.addDays(floorDiv(toMs(linear()), kMsPerDay)); }
+QDate Date::date() const { return epoch().addDays(floorDiv(toMs(linear()), kMsPerDay)); }
 
 QTime Date::time() const
 {

@@ -1,0 +1,98 @@
+#include "platform/Guard.h"
+#include "platform/runtime/Int16.h"
+#include <gtest/gtest.h>
+#include <vector>
+
+using namespace steplets;
+
+namespace {
+// Keeps the trail as the session does and records every report.
+class RecordingSink : public FailureSink {
+public:
+    struct Report { long number; QString description; QString location; };
+    void enterTrail(const QString& literal) override { trail_ = trail_.right(1000) + "\r\nX:" + literal; }
+    QString trail() const override { return trail_; }
+    void report(const Failure& f, const QString& location) override { reports.push_back({f.number(), f.description(), location}); }
+    QString trail_;
+    std::vector<Report> reports;
+};
+
+class GuardTest : public ::testing::Test {
+protected:
+    void SetUp() override { installFailureSink(&sink); }
+    void TearDown() override { installFailureSink(nullptr); }
+    RecordingSink sink;
+};
+
+bool countPastTheTop(Int16& counter)
+{
+    Guard g("modTest: CountPastTheTop");
+    return g.orElse(false, [&] {
+        g(20); counter = Int16(32766);
+        g(30); ++counter;
+        g(40); ++counter;
+        g(50); counter = Int16(0);
+        return true;
+    });
+}
+} // namespace
+
+TEST_F(GuardTest, OverflowIsReportedWithTheTrailAndTheStatementNumber)
+{
+    Int16 counter;
+    EXPECT_FALSE(countPastTheTop(counter));
+    ASSERT_EQ(sink.reports.size(), 1u);
+    EXPECT_EQ(sink.reports[0].number, 6);
+    EXPECT_EQ(sink.reports[0].description, "Overflow");
+    EXPECT_EQ(sink.reports[0].location, "\r\nX:modTest: CountPastTheTop:Line 40");
+    EXPECT_EQ(counter.value(), 32767) << "the routine left at the failing statement";
+}
+
+TEST_F(GuardTest, TrailRollsAtAThousandCharactersInTheMiddleOfAnEntry)
+{
+    const QString name = "modTest: " + QString(40, 'a');      // 53 characters an entry with CR LF X:
+    for (int i = 0; i < 30; ++i) Guard g(name);
+    const QString before = sink.trail();
+    ASSERT_GT(before.size(), 1000);
+    Guard g("modTest: Last");
+    const QString expected = before.right(1000) + "\r\nX:modTest: Last";
+    EXPECT_EQ(sink.trail(), expected);
+    EXPECT_FALSE(sink.trail().startsWith("\r\n")) << "the cut falls inside an older entry";
+}
+
+TEST_F(GuardTest, FirstEntryBeginsWithALineBreak)
+{
+    Guard g("modTest: First");
+    EXPECT_EQ(sink.trail(), "\r\nX:modTest: First");
+    g.mark("modTest: First2");
+    EXPECT_EQ(sink.trail(), "\r\nX:modTest: First\r\nX:modTest: First2");
+}
+
+TEST_F(GuardTest, StepsGoOnAfterAFailureAndIgnoredStretchesKeepTheNumber)
+{
+    Guard g("modTest: GoOn");
+    std::vector<int> done;
+    g.step(20, [&] { done.push_back(20); });
+    g.step(30, [&] { throw Failure::typeMismatch(); });
+    g.step(40, [&] { done.push_back(40); });
+    EXPECT_EQ(done, (std::vector<int>{20, 40}));
+    ASSERT_EQ(sink.reports.size(), 1u);
+    EXPECT_TRUE(sink.reports[0].location.endsWith(":Line 30"));
+
+    EXPECT_EQ(g.ignoring(50, [] { throw Failure(-2147221233, "The item could not be found"); }), -2147221233);
+    EXPECT_EQ(g.ignoring(60, [] {}), 0);
+    EXPECT_EQ(sink.reports.size(), 1u) << "ignored failures are not reported";
+}
+
+TEST_F(GuardTest, AfterActionRunsOnlyOnFailureAndForeignExceptionsBecomeFailures)
+{
+    Guard g("modTest: Unloads");
+    int unloaded = 0;
+    EXPECT_TRUE(g.run([] {}, [&] { ++unloaded; }));
+    EXPECT_EQ(unloaded, 0);
+    EXPECT_FALSE(g.run([] { throw std::runtime_error("disk on fire"); }, [&] { ++unloaded; }));
+    EXPECT_EQ(unloaded, 1);
+    ASSERT_EQ(sink.reports.size(), 1u);
+    EXPECT_EQ(sink.reports[0].number, 51);
+    EXPECT_TRUE(sink.reports[0].description.contains("disk on fire"));
+}
