@@ -15,6 +15,7 @@ Failure Failure::invalidCall(const QString& detail)
 Failure Failure::overflow() { return Failure(6, QStringLiteral("Overflow")); }
 Failure Failure::subscript() { return Failure(9, QStringLiteral("Subscript out of range")); }
 Failure Failure::typeMismatch() { return Failure(13, QStringLiteral("Type mismatch")); }
+Failure Failure::objectNotSet() { return Failure(91, QStringLiteral("Object variable or With block variable not set")); }
 Failure Failure::invalidUseOfNull() { return Failure(94, QStringLiteral("Invalid use of Null")); }
 
 } // namespace steplets

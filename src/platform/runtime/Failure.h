@@ -24,6 +24,7 @@ public:
     static Failure subscript();                                // 9
     static Failure typeMismatch();                             // 13
     static Failure invalidUseOfNull();                         // 94
+    static Failure objectNotSet();                             // 91
 
 private:
     long m_number;
@@ -31,5 +32,14 @@ private:
     QString m_source;
     QByteArray m_what;
 };
+
+// An object reference that must be set before use: an unset one is failure 91, as it is for
+// the run-time, instead of a crash.
+template <class P>
+auto& must(const P& pointer)
+{
+    if (!pointer) throw Failure::objectNotSet();
+    return *pointer;
+}
 
 } // namespace steplets
