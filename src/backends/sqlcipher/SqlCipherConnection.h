@@ -1,0 +1,31 @@
+#pragma once
+// A connection: the database named by "Data Source" of the connection string, keyed with its
+// "Jet OLEDB:Database Password".
+#include "platform/StoreGateway.h"
+#include <memory>
+
+namespace steplets::sqlcipher {
+
+class Database;
+
+class SqlCipherConnection : public Connection {
+public:
+    void Open(const QString& connectionString, const QString& userId, const QString& password,
+              long options) override;
+    void Close() override;
+    int State() const override;
+
+    // The open database; failure 3704 when the connection is closed.
+    std::shared_ptr<Database> database(const QString& source) const;
+
+private:
+    std::shared_ptr<Database> m_db;
+};
+
+// Opens (or creates) the database that a connection string names, with its password.
+std::shared_ptr<Database> openDatabase(const QString& connectionString, bool create = false);
+
+// The open database behind a connection of this backend; anything else is failure 3001.
+std::shared_ptr<Database> databaseOf(const std::shared_ptr<Connection>& connection, const QString& source);
+
+} // namespace steplets::sqlcipher

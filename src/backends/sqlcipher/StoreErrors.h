@@ -1,0 +1,46 @@
+#pragma once
+// The failures of the store, with the numbers and texts the data-access layer gives them, and
+// descriptions that say which file, table or query is at fault.
+#include "platform/runtime/Failure.h"
+#include <QString>
+
+namespace steplets::sqlcipher {
+
+namespace errc {
+constexpr long BadArguments = 3001;
+constexpr long NoCurrentRecord = 3021;
+constexpr long ReadOnly = 3251;
+constexpr long ItemNotFound = 3265;
+constexpr long ObjectClosed = 3704;
+constexpr long ObjectOpen = 3705;
+constexpr long FileNotFound = -2147467259;
+constexpr long EngineFailure = -2147467259;
+constexpr long NotValidPassword = -2147217843;
+constexpr long TableNotFound = -2147217865;
+constexpr long SyntaxError = -2147217900;
+constexpr long UnknownColumn = -2147217904;
+}
+
+namespace src {
+inline const QString Recordset = QStringLiteral("ADODB.Recordset");
+inline const QString Field = QStringLiteral("ADODB.Field");
+inline const QString Connection = QStringLiteral("ADODB.Connection");
+inline const QString Command = QStringLiteral("ADODB.Command");
+inline const QString Catalog = QStringLiteral("ADOX.Catalog");
+inline const QString Engine = QStringLiteral("Microsoft JET Database Engine");
+}
+
+Failure noCurrentRecord(const QString& source = src::Recordset);
+Failure itemNotFound(const QString& what, const QString& source);
+Failure readOnly();
+Failure badArguments(const QString& detail, const QString& source = src::Recordset);
+Failure objectClosed(const QString& source);
+Failure objectOpen(const QString& source);
+Failure fileNotFound(const QString& path);
+Failure notValidPassword(const QString& path);
+Failure tableNotFound(const QString& table);
+Failure notUnderstood(const QString& query, const QString& why);
+Failure unknownColumn(const QString& column, const QString& table);
+Failure engineFailure(const QString& path, const QString& message);
+
+} // namespace steplets::sqlcipher
