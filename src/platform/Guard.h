@@ -15,6 +15,8 @@
 // The endings: orElse/attempt leave (with the fallback) after the report; run(body, after) does
 // one more action after the report (unload the window, release objects); step() reports and goes
 // on with the next statement; ignoring() keeps the failure's number for the routine to test.
+// A HostAbort (the host cannot go on with the session at all) passes every guard.
+#include "HostAbort.h"
 #include "runtime/Failure.h"
 #include <QString>
 #include <exception>
@@ -61,12 +63,14 @@ public:
     template <class R, class F>
     R orElse(R fallback, F&& body) {
         try { return std::forward<F>(body)(); }
+        catch (const HostAbort&) { throw; }
         catch (...) { report(currentFailure(std::current_exception())); return fallback; }
     }
     // Runs the body; true when it came through, false after a reported failure.
     template <class F>
     bool attempt(F&& body) {
         try { std::forward<F>(body)(); return true; }
+        catch (const HostAbort&) { throw; }
         catch (...) { report(currentFailure(std::current_exception())); return false; }
     }
     // Runs the body; after a reported failure runs `after` (the routine's one more action).
@@ -85,6 +89,7 @@ public:
     long ignoring(int line, F&& body) {
         m_line = line;
         try { std::forward<F>(body)(); m_lastError = 0; }
+        catch (const HostAbort&) { throw; }
         catch (...) { m_lastError = currentFailure(std::current_exception()).number(); }
         return m_lastError;
     }
