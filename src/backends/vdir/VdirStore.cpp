@@ -240,7 +240,10 @@ void VdirStore::write(const QString& path, const QByteArray& bytes)
 
 void VdirStore::forget(const QString& path) { m_cache.remove(path); }
 
-QString VdirStore::newEntryID() const { return QUuid::createUuid().toString(QUuid::WithoutBraces); }
+QString VdirStore::newEntryID() const
+{
+    return m_config.entryIds ? m_config.entryIds() : QUuid::createUuid().toString(QUuid::WithoutBraces);
+}
 
 std::shared_ptr<ol::Application> openVdirStore(VdirConfig config, std::shared_ptr<ol::ItemDisplay> display)
 {

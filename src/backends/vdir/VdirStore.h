@@ -21,6 +21,9 @@ struct VdirConfig {
     QString version = QStringLiteral("11.0");
     // The present moment, for what the object model dates "today"; the system clock if unset.
     std::function<Date()> clock;
+    // The EntryID an item gets on its first Save; a random UUID if unset. A scenario player
+    // hands out names in order, so that created items can be listed in the order of creation.
+    std::function<QString()> entryIds;
 };
 
 // What one file holds, as last read.
