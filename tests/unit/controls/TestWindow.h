@@ -1,0 +1,92 @@
+#pragma once
+// A window for tests: one control of each kind, and the form events as hooks a test can set.
+// It runs on the scripted host, the same host scenarios use.
+#include "ScriptedHost.h"
+#include "controls/Controls.h"
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace steplets::test {
+
+class TestWindow : public Form {
+public:
+    explicit TestWindow(UiHost& host, const QString& name = QStringLiteral("frmTest")) : Form(host, name) {
+        setCaption(QStringLiteral(" Test Window"));
+        cmdOK.setCaption(QStringLiteral("&OK"));
+        cmdOK.setDefault(true);
+        cmdCancel.setCaption(QStringLiteral("&Cancel"));
+        cmdCancel.setCancel(true);
+        for (auto& o : optChoice) o.setContainer(&fraChoice);
+        txtInPage.setContainer(&picPage[1]);
+        lstTicks.setStyle(ListBox::Style::CheckBox);
+        lstMulti.setMultiSelect(ListBox::MultiSelect::Simple);
+        tabMain.addTab(QStringLiteral("&One"));
+        tabMain.addTab(QStringLiteral("&Two"));
+        sbStatus.addPanel();
+        sbStatus.addPanel();
+        Band& band = abTools.addBand(QStringLiteral("Band1"));
+        band.addTool(QStringLiteral("Tool0"), 0).setToolTipText(QStringLiteral("Pick."));
+        band.addTool(QStringLiteral("Tool3"), 3).setToolTipText(QStringLiteral("Clear."));
+        Timer1.setEnabled(false);
+    }
+
+    std::function<void()> onLoad, onActivate;
+    std::function<void(int&, int)> onQueryUnload;
+    std::function<void(int&)> onUnload;
+
+    CommandButton cmdOK{*this, QStringLiteral("cmdOK")};
+    CommandButton cmdCancel{*this, QStringLiteral("cmdCancel")};
+    CheckBox chkOption{*this, QStringLiteral("chkOption")};
+    Frame fraChoice{*this, QStringLiteral("fraChoice")};
+    ControlArray<OptionButton> optChoice{*this, QStringLiteral("optChoice"), {0, 1, 2}};
+    OptionButton optAlone{*this, QStringLiteral("optAlone")};
+    TextBox txtName{*this, QStringLiteral("txtName")};
+    TextBox txtOther{*this, QStringLiteral("txtOther")};
+    ControlArray<PictureBox> picPage{*this, QStringLiteral("picPage"), {0, 1}};
+    TextBox txtInPage{*this, QStringLiteral("txtInPage")};
+    Label lblInfo{*this, QStringLiteral("lblInfo")};
+    ListBox lstTicks{*this, QStringLiteral("lstTicks")};
+    ListBox lstMulti{*this, QStringLiteral("lstMulti")};
+    ComboBox cboPick{*this, QStringLiteral("cboPick")};
+    TabStrip tabMain{*this, QStringLiteral("tabMain")};
+    Grid grdResults{*this, QStringLiteral("grdResults")};
+    StatusBar sbStatus{*this, QStringLiteral("sbStatus")};
+    ProgressBar pbProgress{*this, QStringLiteral("pbProgress")};
+    ToolBar abTools{*this, QStringLiteral("abTools")};
+    Calendar calDate{*this, QStringLiteral("calDate")};
+    ContactCombo qrvContacts{*this, QStringLiteral("qrvContacts")};
+    Timer Timer1{*this, QStringLiteral("Timer1")};
+
+protected:
+    void Form_Load() override { if (onLoad) onLoad(); }
+    void Form_Activate() override { if (onActivate) onActivate(); }
+    void Form_QueryUnload(int& cancel, int mode) override { if (onQueryUnload) onQueryUnload(cancel, mode); }
+    void Form_Unload(int& cancel) override { if (onUnload) onUnload(cancel); }
+};
+
+// A scripted host playing `steps` (JSON text of the script list) from 2026-03-16 15:30:00.
+inline std::unique_ptr<scripted::ScriptedHost> hostWith(const char* steps = "[]") {
+    QString error;
+    auto script = scripted::Script::fromJson(QJsonDocument::fromJson(steps).array(), &error);
+    EXPECT_TRUE(script.has_value()) << error.toStdString();
+    return std::make_unique<scripted::ScriptedHost>(script.value_or(scripted::Script()),
+                                                    QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
+}
+
+// Counts how often an event was raised.
+struct Counter {
+    int n = 0;
+    std::function<void()> fn() { return [this] { ++n; }; }
+};
+
+// The failure number a call throws, 0 when it throws none.
+template <class F>
+long failureOf(F&& f) {
+    try { f(); } catch (const Failure& e) { return e.number(); }
+    return 0;
+}
+
+} // namespace steplets::test

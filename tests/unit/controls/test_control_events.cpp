@@ -1,0 +1,138 @@
+// Events of the control models: raised on the user's acts and on code changes alike, as the
+// windows' handlers expect.
+#include "TestWindow.h"
+
+using namespace steplets;
+using namespace steplets::test;
+
+class ControlEvents : public ::testing::Test {
+protected:
+    std::unique_ptr<scripted::ScriptedHost> host = hostWith();
+    TestWindow w{*host};
+};
+
+TEST_F(ControlEvents, CheckBoxValueSetByCodeRaisesClickOnlyWhenItChanges) {
+    std::vector<int> seen;
+    w.chkOption.Click.connect([&] { seen.push_back(w.chkOption.Value()); });
+    w.chkOption.setValue(CheckBox::Checked);
+    w.chkOption.setValue(CheckBox::Checked);
+    w.chkOption.setValue(CheckBox::Grayed);
+    w.chkOption.setValue(CheckBox::Unchecked);
+    EXPECT_EQ(seen, (std::vector<int>{1, 2, 0}));
+    EXPECT_EQ(failureOf([&] { w.chkOption.setValue(3); }), 380);
+    EXPECT_EQ(w.chkOption.Value(), 0);
+}
+
+TEST_F(ControlEvents, SelectingAnOptionClearsOnlyItsOwnGroup) {
+    Counter clicks0, clicks1, alone;
+    w.optChoice[0].Click.connect(clicks0.fn());
+    w.optChoice[1].Click.connect(clicks1.fn());
+    w.optAlone.Click.connect(alone.fn());
+    w.optAlone.setValue(true);
+    w.optChoice[0].setValue(true);
+    w.optChoice[1].setValue(true);
+    w.optChoice[1].setValue(true);   // already selected: no second Click
+    EXPECT_FALSE(w.optChoice[0].Value());
+    EXPECT_TRUE(w.optChoice[1].Value());
+    EXPECT_FALSE(w.optChoice[2].Value());
+    EXPECT_TRUE(w.optAlone.Value()) << "an option in another container is another group";
+    EXPECT_EQ(clicks0.n, 1);
+    EXPECT_EQ(clicks1.n, 1);
+    EXPECT_EQ(alone.n, 1);
+}
+
+TEST_F(ControlEvents, TextChangeRaisesChangeAndSetsTheFlagThatOnlyCodeClears) {
+    Counter changes;
+    w.txtName.Change.connect(changes.fn());
+    EXPECT_FALSE(w.txtName.DataChanged());
+    w.txtName.setText(QStringLiteral("Ada"));
+    w.txtName.setText(QStringLiteral("Ada"));
+    EXPECT_EQ(changes.n, 1);
+    EXPECT_TRUE(w.txtName.DataChanged());
+    w.txtName.setText(QString());          // emptying is a change too, and the flag stays
+    EXPECT_EQ(changes.n, 2);
+    EXPECT_TRUE(w.txtName.DataChanged());
+    w.txtName.setDataChanged(false);
+    EXPECT_FALSE(w.txtName.DataChanged());
+}
+
+TEST_F(ControlEvents, TabStripSelectionByCodeAlwaysRaisesClick) {
+    std::vector<int> seen;
+    w.tabMain.Click.connect([&] { seen.push_back(w.tabMain.SelectedTab()); });
+    EXPECT_EQ(w.tabMain.SelectedTab(), 1);
+    w.tabMain.selectTab(1);
+    w.tabMain.selectTab(2);
+    EXPECT_EQ(seen, (std::vector<int>{1, 2}));
+    EXPECT_EQ(failureOf([&] { w.tabMain.selectTab(3); }), 35600);
+    EXPECT_EQ(failureOf([&] { (void)w.tabMain.TabCaption(0); }), 35600);
+    EXPECT_EQ(w.tabMain.TabCaption(2), QStringLiteral("&Two"));
+}
+
+TEST_F(ControlEvents, CalendarValueMayBeAbsentAndTakesOnlyDates) {
+    Counter clicks;
+    w.calDate.Click.connect(clicks.fn());
+    EXPECT_TRUE(w.calDate.Value().isNull());
+    const Date d = Date::fromParts(2026, 4, 15);
+    w.calDate.setValue(Value(d));
+    w.calDate.setValue(Value(d));
+    EXPECT_EQ(clicks.n, 1);
+    EXPECT_EQ(w.calDate.Value().toDate(), d);
+    EXPECT_EQ(failureOf([&] { w.calDate.setValue(Value(QStringLiteral("tomorrow"))); }), 13);
+    w.calDate.setValue(Value());
+    EXPECT_TRUE(w.calDate.Value().isNull());
+    EXPECT_EQ(clicks.n, 2);
+}
+
+TEST_F(ControlEvents, ProgressBarRefusesValuesOutsideItsRange) {
+    w.pbProgress.setMax(20);
+    w.pbProgress.setValue(20);
+    EXPECT_EQ(failureOf([&] { w.pbProgress.setValue(21); }), 380);
+    w.pbProgress.setMax(10);
+    EXPECT_EQ(w.pbProgress.Value(), 10) << "a lower maximum pulls the value down";
+}
+
+TEST_F(ControlEvents, StatusBarPanelsCountFromOne) {
+    w.sbStatus.setPanelText(1, QStringLiteral("Processed:  2"));
+    w.sbStatus.setPanelText(2, QStringLiteral("Saved:  2"));
+    EXPECT_EQ(w.sbStatus.PanelText(1), QStringLiteral("Processed:  2"));
+    EXPECT_EQ(failureOf([&] { w.sbStatus.setPanelText(3, QString()); }), 35600);
+    EXPECT_EQ(failureOf([&] { (void)w.sbStatus.PanelText(0); }), 35600);
+}
+
+TEST_F(ControlEvents, ToolBarFindsToolsByNameAndIndex) {
+    Tool* clear = w.abTools.tool(QStringLiteral("Tool3"));
+    ASSERT_NE(clear, nullptr);
+    EXPECT_EQ(clear->ToolID(), 3);
+    EXPECT_EQ(&w.abTools.Bands(0).Tools(1), clear);
+    EXPECT_EQ(w.abTools.tool(QStringLiteral("Tool9")), nullptr);
+    EXPECT_EQ(failureOf([&] { w.abTools.Bands(0).Tools(2); }), 35600);
+    EXPECT_EQ(failureOf([&] { w.abTools.Bands(1); }), 35600);
+}
+
+TEST_F(ControlEvents, ControlArrayElementThatIsNotThereIsFailure340) {
+    EXPECT_EQ(w.optChoice.count(), 3);
+    EXPECT_EQ(w.optChoice[2].key(), QStringLiteral("optChoice(2)"));
+    EXPECT_EQ(failureOf([&] { w.optChoice[3]; }), 340);
+    EXPECT_EQ(w.control(QStringLiteral("picPage(1)")), &w.picPage[1]);
+}
+
+TEST_F(ControlEvents, GridAddressesCellsRowByRowThroughTheFlatArray) {
+    w.grdResults.setCols(4);
+    w.grdResults.setRows(3);
+    w.grdResults.setTextArray(4 * 2 + 3, QStringLiteral("last"));
+    w.grdResults.setTextMatrix(1, 0, QStringLiteral("first"));
+    EXPECT_EQ(w.grdResults.TextMatrix(2, 3), QStringLiteral("last"));
+    EXPECT_EQ(w.grdResults.TextArray(4), QStringLiteral("first"));
+    EXPECT_EQ(failureOf([&] { w.grdResults.setTextArray(12, QString()); }), 381);
+    EXPECT_EQ(failureOf([&] { w.grdResults.setRow(3); }), 30009);
+    EXPECT_EQ(failureOf([&] { w.grdResults.setColWidth(4, 100); }), 30010);
+
+    // Growing keeps every cell where it was, although the flat index of a cell changes.
+    w.grdResults.setRows(23);
+    w.grdResults.setCols(5);
+    EXPECT_EQ(w.grdResults.TextMatrix(2, 3), QStringLiteral("last"));
+    EXPECT_EQ(w.grdResults.TextArray(5 * 2 + 3), QStringLiteral("last"));
+    w.grdResults.setRows(2);
+    EXPECT_EQ(w.grdResults.TextMatrix(1, 0), QStringLiteral("first"));
+    EXPECT_EQ(failureOf([&] { (void)w.grdResults.TextMatrix(2, 3); }), 30009);
+}
