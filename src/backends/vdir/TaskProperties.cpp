@@ -113,6 +113,9 @@ const std::map<QString, PatternField>& patternFields()
                                 const qint32 t = checkedNumber(v, QStringLiteral("RecurrenceType"), 0, 6);
                                 if (t == 4)
                                     throw refused(QStringLiteral("RecurrenceType"), v, QStringLiteral("4 is no recurrence type"));
+                                // A daily pattern with days would mean "every weekday"; a new type starts without them.
+                                if (t == 0 && p.RecurrenceType != 0)
+                                    p.DayOfWeekMask = 0;
                                 p.RecurrenceType = t;
                             }}},
         PNUMBER(Interval, 1, 999), PNUMBER(DayOfWeekMask, 0, 127), PNUMBER(DayOfMonth, 0, 31),

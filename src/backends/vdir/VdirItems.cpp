@@ -14,17 +14,12 @@ Failure deletedFailure(const QString& what)
     return vdirFailure(fail::NotFound, QStringLiteral("The %1 has been deleted.").arg(what));
 }
 
-std::shared_ptr<VdirTaskItem> alive(const std::weak_ptr<VdirTaskItem>& item)
-{
-    auto task = item.lock();
-    if (!task)
-        throw vdirFailure(fail::NotFound, QStringLiteral("The task of this object no longer exists."));
-    return task;
-}
+// Pattern and user property objects keep their task alive, as the object model's references do.
+const std::shared_ptr<VdirTaskItem>& alive(const std::shared_ptr<VdirTaskItem>& item) { return item; }
 
 class VdirPattern : public ol::RecurrencePattern {
 public:
-    explicit VdirPattern(std::weak_ptr<VdirTaskItem> item) : m_item(std::move(item)) {}
+    explicit VdirPattern(std::shared_ptr<VdirTaskItem> item) : m_item(std::move(item)) {}
     Value get(const QString& name) const override
     {
         const auto task = alive(m_item);
@@ -41,7 +36,7 @@ public:
     }
 
 private:
-    std::weak_ptr<VdirTaskItem> m_item;
+    std::shared_ptr<VdirTaskItem> m_item;
 };
 
 class VdirLink : public ol::Link {
@@ -107,7 +102,7 @@ Value convertedTo(int type, const Value& v)
 
 class VdirUserProperty : public ol::UserProperty {
 public:
-    VdirUserProperty(std::weak_ptr<VdirTaskItem> item, QString name) : m_item(std::move(item)), m_name(std::move(name)) {}
+    VdirUserProperty(std::shared_ptr<VdirTaskItem> item, QString name) : m_item(std::move(item)), m_name(std::move(name)) {}
     QString Name() const override { return m_name; }
     int Type() const override { return find(*alive(m_item)).type; }
     steplets::Value get() const override { return find(*alive(m_item)).value; }
@@ -129,7 +124,7 @@ private:
                 return u;
         throw vdirFailure(fail::NotFound, QStringLiteral("The user property \"%1\" no longer exists.").arg(m_name));
     }
-    std::weak_ptr<VdirTaskItem> m_item;
+    std::shared_ptr<VdirTaskItem> m_item;
     QString m_name;
 };
 
@@ -141,13 +136,13 @@ public:
     {
         if (index < 1 || index > Count())
             throw Failure::subscript();
-        return std::make_shared<VdirUserProperty>(m_item.weak_from_this(), m_item.data().userProperties[index - 1].name);
+        return std::make_shared<VdirUserProperty>(m_item.shared_from_this(), m_item.data().userProperties[index - 1].name);
     }
     std::shared_ptr<ol::UserProperty> Find(const QString& name) const override
     {
         for (const UserPropertyData& u : m_item.data().userProperties)
             if (u.name.compare(name, Qt::CaseInsensitive) == 0)
-                return std::make_shared<VdirUserProperty>(m_item.weak_from_this(), u.name);
+                return std::make_shared<VdirUserProperty>(m_item.shared_from_this(), u.name);
         return nullptr;
     }
     std::shared_ptr<ol::UserProperty> Add(const QString& name, int type, bool addToFolderFields) override
@@ -293,9 +288,13 @@ std::shared_ptr<ol::RecurrencePattern> VdirTaskItem::GetRecurrencePattern()
     m_state.checkUsable(QStringLiteral("task"));
     if (!data().pattern)
         change().pattern = freshPattern(m_data, m_state.store->today());
-    if (!m_pattern)
-        m_pattern = std::make_shared<VdirPattern>(weak_from_this());
-    return m_pattern;
+    // The same pattern object for as long as anyone holds it; it holds the task, not the reverse.
+    std::shared_ptr<ol::RecurrencePattern> pattern = m_pattern.lock();
+    if (!pattern) {
+        pattern = std::make_shared<VdirPattern>(shared_from_this());
+        m_pattern = pattern;
+    }
+    return pattern;
 }
 
 void VdirTaskItem::ClearRecurrencePattern()

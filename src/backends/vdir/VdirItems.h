@@ -58,7 +58,7 @@ private:
 
     mutable ItemState m_state;
     mutable TaskData m_data;
-    std::shared_ptr<ol::RecurrencePattern> m_pattern;
+    std::weak_ptr<ol::RecurrencePattern> m_pattern;
     std::unique_ptr<ol::Links> m_links;
     std::unique_ptr<ol::UserProperties> m_userProperties;
 };

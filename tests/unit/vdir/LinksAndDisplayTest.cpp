@@ -1,0 +1,114 @@
+// Links to contacts, user properties, assignment and modal display by a scripted user.
+#include "VdirFixture.h"
+#include "backends/vdir/DemoContacts.h"
+
+using namespace steplets;
+using namespace steplets::test;
+
+namespace {
+
+class LinksAndDisplay : public VdirFixture {
+protected:
+    LinksAndDisplay() { vdir::writeDemoContacts(tmp.file(QStringLiteral("contacts"))); }
+    std::shared_ptr<ol::ContactItem> contact(const char* id)
+    {
+        return ol::asContact(ns->GetItemFromID(QString::fromLatin1(id), QStringLiteral("store")));
+    }
+};
+
+} // namespace
+
+TEST_F(LinksAndDisplay, LinksKeepTheirOrderAndLeadBackToTheContacts)
+{
+    auto task = newTask();
+    task->Links().Add(*contact("c-ada"));
+    task->Links().Add(*contact("c-ben"));
+    task->Links().Add(*contact("c-ada"));          // no check for a link already there
+    EXPECT_FALSE(task->Saved());
+    task->Save();
+    auto back = reload(task->EntryID());
+    ASSERT_EQ(back->Links().Count(), 3);
+    EXPECT_EQ(back->Links().Item(1)->Name(), QStringLiteral("Byrne, Ada"));
+    EXPECT_EQ(back->Links().Item(2)->Name(), QStringLiteral("Okafor, Benjamin"));
+    EXPECT_EQ(back->Links().Item(3)->EntryID(), QStringLiteral("c-ada"));
+    EXPECT_EQ(back->Links().Item(2)->Item()->get(QStringLiteral("CompanyName")), Value("Okafor Engineering"));
+    EXPECT_EQ(failureOf([&] { back->Links().Item(4); }).number(), 9);
+    EXPECT_TRUE(fileText(taskFile(task->EntryID())).contains("X-STEPLETS-LINK;CN=\"Byrne, Ada\";X-STEPLETS-ENTRYID=c-ada:c-ada"));
+}
+
+TEST_F(LinksAndDisplay, UserPropertiesOfEachTypeRoundTrip)
+{
+    auto task = newTask();
+    auto& props = task->UserProperties();
+    props.Add(QStringLiteral("OrdivaneID"), ol::olText, false)->set(Value("abc, def; ghi"));
+    props.Add(QStringLiteral("Project"), ol::olText, true)->set(Value("Harbor"));
+    props.Add(QStringLiteral("Hours"), ol::olNumber)->set(Value(2.5));
+    props.Add(QStringLiteral("Billed"), ol::olYesNo)->set(Value(true));
+    props.Add(QStringLiteral("Filed"), ol::olDateTime)->set(Value(Date::fromParts(2024, 2, 29, 13, 5)));
+    auto count = props.Add(QStringLiteral("Visits"), ol::olInteger);
+    EXPECT_EQ(count->Value(), Value(0)) << "a new property has its type's default";
+    count->set(Value("7"));
+    task->Save();
+
+    auto back = reload(task->EntryID());
+    auto& read = back->UserProperties();
+    ASSERT_EQ(read.Count(), 6);
+    EXPECT_EQ(read.Item(1)->Name(), QStringLiteral("OrdivaneID"));
+    EXPECT_EQ(read.Find(QStringLiteral("OrdivaneID"))->Value(), Value("abc, def; ghi"));
+    EXPECT_EQ(read.Find(QStringLiteral("Project"))->Value(), Value("Harbor"));
+    EXPECT_EQ(read.Find(QStringLiteral("Hours"))->Value(), Value(2.5));
+    EXPECT_EQ(read.Find(QStringLiteral("Billed"))->Value(), Value(true));
+    EXPECT_EQ(read.Find(QStringLiteral("Filed"))->Value(), Value(Date::fromParts(2024, 2, 29, 13, 5)));
+    EXPECT_EQ(read.Find(QStringLiteral("Visits"))->Value(), Value(7));
+    EXPECT_EQ(read.Find(QStringLiteral("Visits"))->Type(), ol::olInteger);
+    EXPECT_EQ(read.Find(QStringLiteral("Missing")), nullptr);
+}
+
+TEST_F(LinksAndDisplay, UserPropertyMistakesAreFailures)
+{
+    auto task = newTask();
+    task->UserProperties().Add(QStringLiteral("Project"), ol::olText);
+    EXPECT_TRUE(failureOf([&] { task->UserProperties().Add(QStringLiteral("Project"), ol::olText); })
+                    .description().contains(QStringLiteral("already")));
+    EXPECT_EQ(failureOf([&] { task->UserProperties().Add(QStringLiteral("Odd"), 99); }).number(), vdir::fail::InvalidArgument);
+    auto number = task->UserProperties().Add(QStringLiteral("Hours"), ol::olNumber);
+    EXPECT_EQ(failureOf([&] { number->set(Value("many")); }).number(), 13);
+}
+
+TEST_F(LinksAndDisplay, AssignMarksTheTask)
+{
+    auto task = newTask();
+    task->Assign();
+    EXPECT_FALSE(task->Saved());
+    task->Save();
+    EXPECT_EQ(reload(task->EntryID())->get(QStringLiteral("DelegationState")), Value(1));
+}
+
+TEST_F(LinksAndDisplay, ModalDisplayReturnsWhenTheUserIsDoneAndTellsWhatHappened)
+{
+    display->onTask = [](ol::TaskItem& item) {
+        item.set(QStringLiteral("Subject"), Value("Typed on the form"));
+        item.Save();
+    };
+    auto task = newTask();
+    task->Display(true);
+    EXPECT_EQ(display->shown, 1);
+    EXPECT_TRUE(display->lastModal);
+    EXPECT_TRUE(task->Saved());
+    EXPECT_FALSE(task->EntryID().isEmpty());
+    EXPECT_EQ(reload(task->EntryID())->Subject(), QStringLiteral("Typed on the form"));
+
+    display->onTask = [](ol::TaskItem& item) { item.set(QStringLiteral("Subject"), Value("Abandoned")); };
+    auto closed = newTask();
+    closed->Display(true);
+    EXPECT_FALSE(closed->Saved());
+    EXPECT_TRUE(closed->EntryID().isEmpty());
+}
+
+TEST_F(LinksAndDisplay, ContactsAreDisplayedThroughTheSameUser)
+{
+    QString seen;
+    display->onContact = [&](ol::ContactItem& item) { seen = item.FileAs(); };
+    contact("c-clara")->Display(true);
+    EXPECT_EQ(seen, QStringLiteral("Lindqvist, Clara"));
+}

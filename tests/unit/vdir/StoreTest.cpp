@@ -1,0 +1,116 @@
+// The store: identifiers, folders, listing, and bad files that must neither crash nor be touched.
+#include "VdirFixture.h"
+
+using namespace steplets;
+using namespace steplets::test;
+
+namespace {
+
+using Store = VdirFixture;
+
+const QList<QPair<const char*, QByteArray>> kBadTasks = {
+    {"empty", QByteArray()},
+    {"garbage", "this is not a calendar\r\n"},
+    {"truncated", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VTODO\r\nUID:t\r\nSUMMARY:Half"},
+    {"two", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nBEGIN:VTODO\r\nUID:a\r\nEND:VTODO\r\n"
+            "BEGIN:VTODO\r\nUID:b\r\nEND:VTODO\r\nEND:VCALENDAR\r\n"},
+    {"event", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nBEGIN:VEVENT\r\nUID:a\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n"},
+    {"twocals", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VTODO\r\nUID:a\r\nEND:VTODO\r\nEND:VCALENDAR\r\n"
+                "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VTODO\r\nUID:b\r\nEND:VTODO\r\nEND:VCALENDAR\r\n"},
+};
+
+const QList<QPair<const char*, QByteArray>> kBadContacts = {
+    {"cempty", QByteArray()},
+    {"ctruncated", "BEGIN:VCARD\r\nVERSION:4.0\r\nFN:Half"},
+    {"ctwo", "BEGIN:VCARD\r\nFN:A\r\nEND:VCARD\r\nBEGIN:VCARD\r\nFN:B\r\nEND:VCARD\r\n"},
+    {"cgarbage", "BEGIN:VCARD\r\nno colon here\r\nEND:VCARD\r\n"},
+};
+
+} // namespace
+
+TEST_F(Store, VersionComesFromConfiguration)
+{
+    EXPECT_EQ(app->Version(), QStringLiteral("11.0"));
+    open(QStringLiteral("10.0.2627"));
+    EXPECT_EQ(app->Version(), QStringLiteral("10.0.2627"));
+}
+
+TEST_F(Store, UnknownIdentifiersAreClearFailures)
+{
+    const Failure unknown = failureOf([&] { ns->GetItemFromID(QStringLiteral("nope"), QStringLiteral("store")); });
+    EXPECT_EQ(unknown.number(), vdir::fail::NotFound);
+    EXPECT_TRUE(unknown.description().contains(QStringLiteral("\"nope\"")));
+    auto task = newTask();
+    task->Save();
+    const Failure wrongStore = failureOf([&] { ns->GetItemFromID(task->EntryID(), QStringLiteral("other")); });
+    EXPECT_TRUE(wrongStore.description().contains(QStringLiteral("\"other\"")));
+    EXPECT_TRUE(failureOf([&] { ns->GetFolderFromID(QStringLiteral("calendar"), QStringLiteral("store")); })
+                    .description().contains(QStringLiteral("\"calendar\"")));
+    EXPECT_TRUE(failureOf([&] { ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("elsewhere")); })
+                    .description().contains(QStringLiteral("\"elsewhere\"")));
+    EXPECT_EQ(failureOf([&] { ns->GetItemFromID(QStringLiteral("../tasks"), QStringLiteral("store")); }).number(), vdir::fail::NotFound);
+    EXPECT_EQ(failureOf([&] { ol::asContact(ns->GetItemFromID(task->EntryID(), QStringLiteral("store"))); }).number(), 13);
+}
+
+TEST_F(Store, FolderKnowsItsIdentityAndListsItsItems)
+{
+    auto folder = ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"));
+    EXPECT_EQ(folder->EntryID(), QStringLiteral("tasks"));
+    EXPECT_EQ(folder->StoreID(), QStringLiteral("store"));
+    for (const char* s : {"one", "two", "three"}) {
+        auto t = folder->Items().Add();
+        t->set(QStringLiteral("Subject"), Value(s));
+        t->Save();
+    }
+    EXPECT_EQ(folder->Items().Count(), 3);
+    QStringList subjects;
+    for (int i = 1; i <= folder->Items().Count(); ++i)
+        subjects << folder->Items().Item(i)->Subject();
+    subjects.sort();
+    EXPECT_EQ(subjects, (QStringList{"one", "three", "two"}));
+    EXPECT_TRUE(QDir(tmp.file(QStringLiteral("tasks"))).entryList(QDir::Hidden | QDir::Files).filter(QStringLiteral(".tmp")).isEmpty())
+        << "no temporary file stays behind";
+}
+
+TEST_F(Store, BadFilesAreSkippedNamedInTheFailureAndLeftUntouched)
+{
+    auto good = newTask();
+    good->set(QStringLiteral("Subject"), Value("Good"));
+    good->Save();
+    for (const auto& [name, bytes] : kBadTasks)
+        writeRaw(QStringLiteral("tasks/%1.ics").arg(QLatin1String(name)), bytes);
+    for (const auto& [name, bytes] : kBadContacts)
+        writeRaw(QStringLiteral("contacts/%1.vcf").arg(QLatin1String(name)), bytes);
+
+    auto tasks = ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"));
+    EXPECT_EQ(tasks->Items().Count(), 1);
+    EXPECT_EQ(tasks->Items().Item(1)->Subject(), QStringLiteral("Good"));
+    EXPECT_EQ(ns->GetFolderFromID(QStringLiteral("contacts"), QStringLiteral("store"))->Items().Count(), 0);
+
+    for (const auto& [name, bytes] : kBadTasks + kBadContacts) {
+        SCOPED_TRACE(name);
+        const Failure f = failureOf([&] { ns->GetItemFromID(QLatin1String(name), QStringLiteral("store")); });
+        EXPECT_EQ(f.number(), vdir::fail::BadFile);
+        EXPECT_TRUE(f.description().contains(QLatin1String(name) + QLatin1Char('.'))) << f.description().toStdString();
+        const QString folder = QLatin1String(name).startsWith(QLatin1Char('c')) ? QStringLiteral("contacts/") : QStringLiteral("tasks/");
+        const QString ext = folder == QLatin1String("tasks/") ? QStringLiteral(".ics") : QStringLiteral(".vcf");
+        EXPECT_EQ(fileText(tmp.file(folder + QLatin1String(name) + ext)), bytes) << "the file is left as it was";
+    }
+}
+
+TEST_F(Store, AFileRepairedOnDiskIsReadAgain)
+{
+    writeRaw(QStringLiteral("tasks/fixme.ics"), "BEGIN:VCALENDAR\r\n");
+    EXPECT_EQ(failureOf([&] { ns->GetItemFromID(QStringLiteral("fixme"), QStringLiteral("store")); }).number(), vdir::fail::BadFile);
+    writeRaw(QStringLiteral("tasks/fixme.ics"),
+             "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nBEGIN:VTODO\r\nUID:fixme\r\nSUMMARY:Repaired now\r\n"
+             "END:VTODO\r\nEND:VCALENDAR\r\n");
+    EXPECT_EQ(ns->GetItemFromID(QStringLiteral("fixme"), QStringLiteral("store"))->Subject(), QStringLiteral("Repaired now"));
+}
+
+TEST_F(Store, ACollectionRemovedUnderAnOpenFolderRefusesNewTasks)
+{
+    auto folder = ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"));
+    QDir(tmp.file(QStringLiteral("tasks"))).removeRecursively();
+    EXPECT_EQ(failureOf([&] { folder->Items().Add(); }).number(), vdir::fail::NotFound);
+}

@@ -1,0 +1,97 @@
+#pragma once
+// A real vdir in a temporary directory with a task and a contact collection, and a scripted
+// user for Display.
+#include "TempDir.h"
+#include "backends/vdir/VdirFiles.h"
+#include "backends/vdir/VdirStore.h"
+#include "platform/OutlookGateway.h"
+#include <QDir>
+#include <QFile>
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace steplets::test {
+
+// Stands for the person at the screen: does to the item what the test scripted.
+class ScriptedDisplay : public ol::ItemDisplay {
+public:
+    std::function<void(ol::TaskItem&)> onTask;
+    std::function<void(ol::ContactItem&)> onContact;
+    int shown = 0;
+    bool lastModal = false;
+    void displayTask(ol::TaskItem& item, bool modal) override
+    {
+        ++shown;
+        lastModal = modal;
+        if (onTask)
+            onTask(item);
+    }
+    void displayContact(ol::ContactItem& item, bool modal) override
+    {
+        ++shown;
+        lastModal = modal;
+        if (onContact)
+            onContact(item);
+    }
+};
+
+class VdirFixture : public ::testing::Test {
+protected:
+    VdirFixture()
+    {
+        QDir().mkpath(tmp.file(QStringLiteral("tasks")));
+        QDir().mkpath(tmp.file(QStringLiteral("contacts")));
+        open();
+    }
+    void open(const QString& version = {})
+    {
+        vdir::VdirConfig config;
+        config.root = tmp.path();
+        if (!version.isEmpty())
+            config.version = version;
+        config.clock = [] { return Date::fromParts(2024, 3, 14, 15, 30); };
+        app = vdir::openVdirStore(config, display);
+        ns = app->GetNamespace(QStringLiteral("MAPI"));
+    }
+    std::shared_ptr<ol::TaskItem> newTask()
+    {
+        return ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"))->Items().Add();
+    }
+    std::shared_ptr<ol::TaskItem> reload(const QString& entryId)
+    {
+        open();                               // a fresh store: nothing cached
+        return ol::asTask(ns->GetItemFromID(entryId, QStringLiteral("store")));
+    }
+    QString taskFile(const QString& entryId) const { return tmp.file(QStringLiteral("tasks/") + entryId + QStringLiteral(".ics")); }
+    QByteArray fileText(const QString& path) const
+    {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }
+    void writeRaw(const QString& relative, const QByteArray& bytes) const
+    {
+        QFile f(tmp.file(relative));
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(bytes);
+    }
+
+    TempDir tmp;
+    std::shared_ptr<ScriptedDisplay> display = std::make_shared<ScriptedDisplay>();
+    std::shared_ptr<ol::Application> app;
+    std::shared_ptr<ol::NameSpace> ns;
+};
+
+// Runs f and gives the failure it raised; a test fails if it raised none.
+template <typename F>
+Failure failureOf(F&& f)
+{
+    try {
+        f();
+    } catch (const Failure& failure) {
+        return failure;
+    }
+    ADD_FAILURE() << "expected a failure";
+    return Failure(0, QString());
+}
+
+} // namespace steplets::test
