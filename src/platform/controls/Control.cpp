@@ -65,7 +65,7 @@ QJsonObject Control::snapshot() const {
     if (showsCaption()) o[QStringLiteral("caption")] = m_caption;
     o[QStringLiteral("enabled")] = m_enabled;
     o[QStringLiteral("visible")] = m_visible;
-    if (focusable()) o[QStringLiteral("toolTip")] = m_toolTip;
+    o[QStringLiteral("toolTip")] = m_toolTip;
     if (showsLocked()) o[QStringLiteral("locked")] = m_locked;
     if (hasTabIndex()) o[QStringLiteral("tabIndex")] = TabIndex();
     if (focusable()) o[QStringLiteral("tabStop")] = m_tabStop;

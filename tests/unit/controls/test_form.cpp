@@ -267,6 +267,7 @@ TEST(Snapshot, RecordsTheMembersThatApplyToEachKind) {
     EXPECT_EQ(c.value("pbProgress").toObject().value("max").toInt(), 20);
     EXPECT_EQ(c.value("grdResults").toObject().value("cells").toArray().at(0).toArray().at(1).toString(), QStringLiteral("Due Date"));
     EXPECT_FALSE(c.value("abTools").toObject().value("tools").toObject().value("Tool3").toObject().value("enabled").toBool());
-    EXPECT_FALSE(c.value("lblInfo").toObject().contains("toolTip")) << "a label takes no focus and shows no tip";
+    EXPECT_FALSE(c.value("lblInfo").toObject().contains("tabStop")) << "a label takes no focus";
+    EXPECT_TRUE(c.value("lblInfo").toObject().contains("tabIndex"));
     EXPECT_FALSE(c.value("Timer1").toObject().contains("tabIndex"));
 }
