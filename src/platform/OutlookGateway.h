@@ -154,7 +154,7 @@ public:
     virtual ~MAPIFolder() = default;
     virtual QString EntryID() const = 0;
     virtual QString StoreID() const = 0;
-    virtual ol::Items& Items() = 0;
+    virtual ol::Items& Items() = 0;                   // lives as long as the folder
 };
 
 class NameSpace {
