@@ -55,8 +55,10 @@ bool Control::canTakeFocus() const {
 bool Control::hasFocus() const { return m_form.ActiveControl() == this; }
 
 void Control::SetFocus() {
-    if (!canTakeFocus()) throw Failure::invalidCall();
+    // While the window is not shown (its Form_Load, for one) the focus is only a wish, granted
+    // at the show if the control can take it then.
     if (!m_form.Visible()) { m_form.setPendingFocus(this); return; }
+    if (!canTakeFocus()) throw Failure::invalidCall();
     m_form.moveFocus(this);
 }
 

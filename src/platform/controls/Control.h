@@ -80,7 +80,7 @@ public:
     bool canTakeFocus() const;
     bool hasFocus() const;
     // Gives the focus; one that cannot take it is failure 5. Before the form is shown the
-    // control becomes the one that gets the focus at the show.
+    // control becomes the one that gets the focus at the show, if it can take it then.
     void SetFocus();
 
     Event<> GotFocus;

@@ -128,12 +128,33 @@ TEST(Focus, SetFocusOnAControlThatCannotTakeItIsFailure5) {
     auto host = hostWith();
     TestWindow w(*host);
     w.Load();
+    EXPECT_EQ(failureOf([&] { w.SetFocus(); }), 5) << "the window is not shown";
+    w.beginModal();   // shown, as the host marks it
     w.txtName.setVisible(false);
     EXPECT_EQ(failureOf([&] { w.txtName.SetFocus(); }), 5);
     w.picPage[1].setEnabled(false);
     EXPECT_EQ(failureOf([&] { w.txtInPage.SetFocus(); }), 5) << "a control on a disabled page cannot take the focus";
     EXPECT_EQ(failureOf([&] { w.lblInfo.SetFocus(); }), 5);
-    EXPECT_EQ(failureOf([&] { w.SetFocus(); }), 5) << "the window is not shown";
+    w.txtOther.SetFocus();
+    EXPECT_TRUE(w.txtOther.hasFocus());
+    w.endModal();
+}
+
+TEST(Focus, BeforeTheShowFocusIsAWishGrantedOnlyIfTheControlCanTakeItThen) {
+    auto host = hostWith(R"([{"click": "cmdCancel"}])");
+    TestWindow w(*host);
+    w.cmdCancel.Click.connect([&] { w.Unload(); });
+    w.onLoad = [&] {
+        w.txtInPage.SetFocus();          // on a page that is disabled before the show
+        w.picPage[1].setEnabled(false);
+    };
+    Counter inPage, first;
+    w.txtInPage.GotFocus.connect(inPage.fn());
+    w.cmdOK.GotFocus.connect(first.fn());
+    w.Show();
+    EXPECT_EQ(inPage.n, 0);
+    EXPECT_EQ(first.n, 1) << "the focus went to the first tab stop instead";
+    EXPECT_EQ(host->script().remaining(), 0) << "the window came up and was played";
 }
 
 TEST(Focus, FocusAskedForBeforeTheShowArrivesAfterActivate) {
