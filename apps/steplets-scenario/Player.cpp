@@ -1,0 +1,161 @@
+#include "Player.h"
+#include "ChooserWindow.h"
+#include "Matcher.h"
+#include "Transcript.h"
+#include "Workspace.h"
+#include "backends/qsettings/IniSettings.h"
+#include "backends/scripted/ScriptedHost.h"
+#include "backends/sqlcipher/SqlCipherStore.h"
+#include "backends/vdir/VdirStore.h"
+#include "platform/runtime/DateFormats.h"
+#include "session/SessionContext.h"
+#include <QDir>
+#include <QSet>
+
+namespace steplets::scenario {
+
+namespace {
+
+// The reporting object of the support library: each report it receives becomes an event.
+class RecordingReporter : public ErrorReporter {
+public:
+    explicit RecordingReporter(scripted::ScriptedHost& host) : m_host(host) {}
+    void Report(const QString& version, const QString& description, const QString& number, const QString& source,
+                const QString& location) override
+    {
+        m_host.record(QStringLiteral("report"), QJsonObject{{QStringLiteral("version"), version},
+                                                            {QStringLiteral("description"), description},
+                                                            {QStringLiteral("number"), number},
+                                                            {QStringLiteral("source"), source},
+                                                            {QStringLiteral("location"), location}});
+    }
+
+private:
+    scripted::ScriptedHost& m_host;
+};
+
+// Names for items first saved in the session, in order, avoiding the scenario's own.
+class CreatedItems {
+public:
+    explicit CreatedItems(QSet<QString> taken) : m_taken(std::move(taken)) {}
+    QString next()
+    {
+        QString id;
+        do id = QStringLiteral("new-%1").arg(++m_count, 4, 10, QLatin1Char('0'));
+        while (m_taken.contains(id));
+        m_names << id;
+        return id;
+    }
+    const QStringList& names() const { return m_names; }
+
+private:
+    QSet<QString> m_taken;
+    QStringList m_names;
+    int m_count = 0;
+};
+
+QStringList entryIdsOf(const QList<QJsonObject>& items)
+{
+    QStringList ids;
+    for (const QJsonObject& i : items) ids << i.value(QStringLiteral("EntryID")).toString();
+    return ids;
+}
+
+// The composition root of a played session: every port on a real backend in the workspace.
+struct Wiring {
+    std::shared_ptr<scripted::ScriptedHost> host;
+    std::shared_ptr<CreatedItems> created;
+    std::shared_ptr<ol::Application> app;
+};
+
+Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order)
+{
+    Wiring w;
+    w.host = std::make_shared<scripted::ScriptedHost>(s.script, s.now.toQDateTime());
+    QSet<QString> taken(order.givenTasks.begin(), order.givenTasks.end());
+    for (const QString& id : order.givenContacts) taken.insert(id);
+    w.created = std::make_shared<CreatedItems>(taken);
+
+    vdir::VdirConfig config;
+    config.root = ws.vdirRoot();
+    config.storeId = s.outlook.storeID;
+    config.version = s.outlook.version;
+    scripted::ScriptedHost* host = w.host.get();
+    config.clock = [host] { return host->Now(); };
+    config.entryIds = [created = w.created] { return created->next(); };
+    w.app = vdir::openVdirStore(config, w.host);
+
+    DateFormats::setCurrent(std::make_shared<FixedEnglishFormats>());
+    Ports& ports = process().ports;
+    ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
+    ports.settings = std::make_shared<IniSettings>(ws.configDir());
+    ports.ui = w.host;
+    ports.errorReporter = [host] { return std::make_unique<RecordingReporter>(*host); };
+    ports.componentDirectory = ws.dir;
+    return w;
+}
+
+// The host's call; what ended it, as an exit status and a sentence (empty when it returned).
+std::pair<int, QString> callHost(const Scenario& s, Wiring& w)
+{
+    try {
+        HostArguments args = s.host;
+        args.olApp = w.app;
+        args.olNS = w.app->GetNamespace(QStringLiteral("MAPI"));
+        scripted::ScriptedHost* host = w.host.get();
+        clsSteplets component([host] { return makeChooserWindow(*host); });
+        args.callOn(component);
+    } catch (const HostAbort& abort) {
+        if (abort.reason() == HostAbort::Reason::CannotPlay) return {CannotPlay, abort.message()};
+        return {ComponentFailed, QStringLiteral("the component failed: ") + abort.message()};
+    } catch (const Failure& f) {
+        return {ComponentFailed, QStringLiteral("the component failed: failure %1 \"%2\" (%3) left OpenSteplets")
+                                     .arg(f.number()).arg(f.description(), f.source())};
+    } catch (const std::exception& e) {
+        return {ComponentFailed, QStringLiteral("the component failed: %1 left OpenSteplets").arg(QString::fromUtf8(e.what()))};
+    }
+    if (!w.host->script().atEnd())
+        return {CannotPlay, QStringLiteral("%1 cannot be done: the session ended before it")
+                                .arg(w.host->script().peek().describe())};
+    return {Passed, {}};
+}
+
+} // namespace
+
+PlayResult play(const Scenario& scenario, const QString& dir)
+{
+    PlayResult result;
+    // 1. Set up the stores as the scenario has them.
+    const Workspace ws{QDir::cleanPath(QDir(dir).absolutePath())};
+    try {
+        setUp(scenario, ws);
+    } catch (const SetupProblem& p) {
+        return PlayResult{CannotPlay, p.message, std::nullopt};
+    }
+    // 2. Wire the ports and make the host's call.
+    const ItemOrder order{entryIdsOf(scenario.outlook.tasks), entryIdsOf(scenario.outlook.contacts), {}};
+    Wiring w = wire(scenario, ws, order);
+    const auto [exit, why] = callHost(scenario, w);
+    // 3. The transcript, read back from the files.
+    TranscriptParts parts;
+    if (exit != Passed) parts.status = why;
+    parts.events = w.host->events();
+    parts.errorTrail = session().ErrorTrail;
+    ItemOrder listed = order;
+    listed.created = w.created->names();
+    result.transcript = transcript(parts, ws, listed);
+    result.exit = exit;
+    result.problem = why;
+    // 4. The expectations, only for a session that was played to its end.
+    if (exit == Passed && scenario.expect) {
+        const QString mismatch = firstMismatch(*scenario.expect, *result.transcript);
+        if (!mismatch.isEmpty()) {
+            result.exit = ExpectationFailed;
+            result.problem = QStringLiteral("expectation not met: ") + mismatch;
+        }
+    }
+    process().ports = Ports();
+    return result;
+}
+
+} // namespace steplets::scenario

@@ -1,0 +1,23 @@
+#pragma once
+// Plays one scenario: sets up its directory, wires the component's ports to the real backends
+// and the scripted host, makes the host's call, writes the transcript and matches `expect`.
+#include "Scenario.h"
+#include <QJsonObject>
+#include <QString>
+#include <optional>
+
+namespace steplets::scenario {
+
+// The exit statuses of the player.
+enum Exit { Passed = 0, ExpectationFailed = 1, CannotPlay = 2, ComponentFailed = 3 };
+
+struct PlayResult {
+    int exit = Passed;
+    QString problem;                        // one line for standard error; empty when all held
+    std::optional<QJsonObject> transcript;  // none when the set-up could not be done
+};
+
+// Plays in `dir`, which must exist and hold no databases.
+PlayResult play(const Scenario& scenario, const QString& dir);
+
+} // namespace steplets::scenario
