@@ -1,0 +1,155 @@
+#include "CommandLine.h"
+#include "Scenario.h"
+#include "TempDir.h"
+#include <QFile>
+#include "QStringPrinting.h"
+#include <gtest/gtest.h>
+
+using namespace steplets;
+using namespace steplets::scenario;
+
+namespace {
+
+// The one-line message for a malformed file, or "(accepted)".
+QString refusal(const char* content)
+{
+    QString error;
+    const auto s = parseScenario(QByteArray(content), &error);
+    return s ? QStringLiteral("(accepted)") : error;
+}
+
+} // namespace
+
+TEST(ScenarioFileRefused, StepsAreNamedByNumberAndMember)
+{
+    EXPECT_EQ(refusal(R"({"script": [{"wait": 1}, {"wait": 2}, {"form": "frmSteplet", "clik": "cmdAdd"}]})"),
+              "script: step 3: unknown step kind \"clik\"");
+    EXPECT_EQ(refusal(R"({"script": [{"form": "frmSteplet", "click": 3}]})"), "script: step 1: member \"click\" must be a text");
+    EXPECT_EQ(refusal(R"({"script": [{"wait": 1}, {"msgbox": "Maybe"}]})"),
+              "script: step 2: member \"msgbox\" must be one of \"OK\", \"Cancel\", \"Yes\", \"No\"");
+    EXPECT_EQ(refusal(R"({"script": ["click"]})"), "script: step 1: expected an object");
+    EXPECT_EQ(refusal(R"({"script": {"click": "a"}})"), "script: expected a list");
+    EXPECT_EQ(refusal(R"({"now": "2026-03-16T15:30:00"})"), "script: is missing (a list of steps, possibly empty)");
+}
+
+TEST(ScenarioFileRefused, HostArgumentsByNameAndType)
+{
+    EXPECT_EQ(refusal(R"({"host": {"lTimeCardID": "12"}, "script": []})"),
+              "host.lTimeCardID: expected a whole number from -2147483648 to 2147483647");
+    EXPECT_EQ(refusal(R"({"host": {"sContactID": 1.5}, "script": []})"),
+              "host.sContactID: expected a whole number from -2147483648 to 2147483647");
+    EXPECT_EQ(refusal(R"({"host": {"bManageContacts": 1}, "script": []})"), "host.bManageContacts: expected true or false");
+    EXPECT_EQ(refusal(R"({"host": {"sUserName": null}, "script": []})"), "host.sUserName: expected a text");
+    EXPECT_EQ(refusal(R"({"host": {"sUsername": "x"}, "script": []})"), "host.sUsername: unknown argument of OpenSteplets");
+    EXPECT_EQ(refusal(R"({"host": {"olNS": "x"}, "script": []})"), "host.olNS: is given by the player, not by the scenario");
+}
+
+TEST(ScenarioFileRefused, OtherMembers)
+{
+    EXPECT_TRUE(refusal("{\"script\": [").startsWith("not valid JSON at character"));
+    EXPECT_EQ(refusal("[]"), "(file): expected a JSON object");
+    EXPECT_TRUE(refusal(R"({"script": [], "expected": {}})").startsWith("expected: unknown member; expected one of now, host"));
+    EXPECT_EQ(refusal(R"({"now": "2026-03-16 15:30", "script": []})"), "now: expected a local time \"YYYY-MM-DDTHH:MM:SS\"");
+    EXPECT_EQ(refusal(R"({"now": "2026-02-30T10:00:00", "script": []})"), "now: expected a local time \"YYYY-MM-DDTHH:MM:SS\"");
+    EXPECT_EQ(refusal(R"({"settings": {"Link User": 1.5}, "script": []})"), "settings.Link User: expected a whole number or a text");
+    EXPECT_EQ(refusal(R"({"settings": {"Link User": true}, "script": []})"), "settings.Link User: expected a whole number or a text");
+    EXPECT_EQ(refusal(R"({"store": {"missing": ["remote"]}, "script": []})"), "store.missing[0]: expected \"local\" or \"link\"");
+    EXPECT_EQ(refusal(R"({"store": {"local": {"tblSteplets": [{"Tag": [1]}]}}, "script": []})"),
+              "store.local.tblSteplets[0].Tag: expected a text, a number, true, false or null");
+    EXPECT_EQ(refusal(R"({"store": {"link": {"tblContacts": [{}]}, "missing": ["link"]}, "script": []})"),
+              "store.missing[0]: the database \"link\" is left out but has rows");
+    EXPECT_EQ(refusal(R"({"outlook": {"contacts": [{"EntryID": "c-1"}, {"EntryID": "c-1"}]}, "script": []})"),
+              "outlook.contacts[1].EntryID: \"c-1\" is given twice");
+    EXPECT_EQ(refusal(R"({"outlook": {"tasks": [{"EntryID": "../x"}]}, "script": []})"),
+              "outlook.tasks[0].EntryID: expected a name usable as a file name");
+    EXPECT_EQ(refusal(R"({"outlook": {"contacts": [{"Links": []}]}, "script": []})"),
+              "outlook.contacts[0].Links: expected a text, a number, true, false or null");
+    EXPECT_EQ(refusal(R"({"outlook": {"tasks": [{"UserProperties": [{"type": 1}]}]}, "script": []})"),
+              "outlook.tasks[0].UserProperties[0].name: expected a text");
+    EXPECT_EQ(refusal(R"({"script": [], "expect": {"events": {"$count": 1, "$item": []}}})"),
+              "expect.events: expected {\"$count\": N} or {\"$count\": N, \"$items\": [...]}");
+}
+
+TEST(ScenarioFileRead, DefaultsAreTheHostsWhenNothingIsSaid)
+{
+    QString error;
+    const auto s = parseScenario(R"({"script": []})", &error);
+    ASSERT_TRUE(s) << error.toStdString();
+    EXPECT_EQ(s->now.toIso(), "2026-03-16T15:30:00");
+    EXPECT_EQ(s->host.sUserName, "Test User");
+    EXPECT_EQ(s->host.sContactFolderEID, "contacts");
+    EXPECT_EQ(s->host.sContactFolderSID, "store");
+    EXPECT_EQ(s->host.sUserEID, "");
+    EXPECT_EQ(s->host.sUserFldrSID.toText(), "store");
+    EXPECT_EQ(s->host.sTaskFolderEID, "tasks");
+    EXPECT_EQ(s->host.sTaskFolderSID, "store");
+    EXPECT_EQ(s->host.lTimeCardID, 0);
+    EXPECT_FALSE(s->host.bManageContacts);
+    EXPECT_TRUE(s->settings.isEmpty());
+    EXPECT_FALSE(s->missingLocal || s->missingLink);
+    EXPECT_FALSE(s->expect.has_value());
+    EXPECT_EQ(s->outlook.storeID, "store");
+}
+
+TEST(ScenarioFileRead, GivenMembersAreKept)
+{
+    QString error;
+    const auto s = parseScenario(R"({"now": "2026-01-02T08:00:05",
+        "host": {"lTimeCardID": -4, "sUserFldrSID": null, "bSelectContactByAcct": true, "sDesc": "Audit"},
+        "settings": {"Task Selection": 2, "Fill-In 1": "Date"},
+        "store": {"missing": ["local"]},
+        "outlook": {"version": "8.5", "contacts": [{"FirstName": "Ada"}], "tasks": [{"EntryID": "t-9", "Links": ["contact-1"]}]},
+        "script": [{"form": "frmSteplet", "close": true}],
+        "expect": {"status": "ok"}})", &error);
+    ASSERT_TRUE(s) << error.toStdString();
+    EXPECT_EQ(s->now.toIso(), "2026-01-02T08:00:05");
+    EXPECT_EQ(s->host.lTimeCardID, -4);
+    EXPECT_TRUE(s->host.sUserFldrSID.isNull());
+    EXPECT_TRUE(s->host.bSelectContactByAcct);
+    EXPECT_EQ(s->host.sDesc, "Audit");
+    EXPECT_EQ(s->host.sUserName, "Test User");
+    ASSERT_EQ(s->settings.size(), 2);
+    EXPECT_TRUE(s->missingLocal);
+    EXPECT_FALSE(s->missingLink);
+    EXPECT_EQ(s->outlook.version, "8.5");
+    EXPECT_EQ(s->outlook.contacts[0].value("EntryID").toString(), "contact-1");
+    EXPECT_EQ(s->outlook.tasks[0].value("EntryID").toString(), "t-9");
+    EXPECT_EQ(s->script.size(), 1);
+    ASSERT_TRUE(s->expect.has_value());
+}
+
+TEST(CommandLineExit, MalformedFileIsExitTwoWithOneLineNamingFileAndStep)
+{
+    test::TempDir dir;
+    const QString file = dir.file("bad.json");
+    QFile f(file);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(R"({"script": [{"wait": 1}, {"form": "frmSteplet", "clik": "cmdAdd"}]})");
+    f.close();
+    QString out, err;
+    QTextStream o(&out), e(&err);
+    EXPECT_EQ(runCommand({file}, o, e), 2);
+    e.flush();
+    EXPECT_EQ(err, file + ": script: step 2: unknown step kind \"clik\"\n");
+    EXPECT_TRUE(out.isEmpty());
+    EXPECT_FALSE(QFile::exists(dir.file("OVLocal.db")));
+}
+
+TEST(CommandLineExit, UsageProblemsAreExitTwo)
+{
+    QString out, err;
+    QTextStream o(&out), e(&err);
+    EXPECT_EQ(runCommand({}, o, e), 2);
+    EXPECT_EQ(runCommand({"a.json", "--frobnicate"}, o, e), 2);
+    EXPECT_EQ(runCommand({"a.json", "--out"}, o, e), 2);
+    EXPECT_EQ(runCommand({"/nonexistent/a.json"}, o, e), 2);
+    e.flush();
+    EXPECT_TRUE(err.contains("unknown option '--frobnicate'"));
+    EXPECT_TRUE(err.contains("--out needs a value"));
+    EXPECT_TRUE(err.contains("/nonexistent/a.json: cannot be read"));
+    EXPECT_EQ(runCommand({"--help"}, o, e), 0);
+    EXPECT_EQ(runCommand({"--version"}, o, e), 0);
+    o.flush();
+    EXPECT_TRUE(out.startsWith("Usage: steplets-scenario FILE.json"));
+    EXPECT_TRUE(out.contains("steplets-scenario 1."));
+}
