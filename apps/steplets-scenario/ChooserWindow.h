@@ -8,7 +8,7 @@ namespace steplets { class UiHost; }
 
 namespace steplets::scenario {
 
-// The chooser window; nothing (so OpenSteplets shows no window) while none is wired.
+// The chooser window, shown modally on the given host.
 std::unique_ptr<SessionWindow> makeChooserWindow(UiHost& host);
 
 } // namespace steplets::scenario

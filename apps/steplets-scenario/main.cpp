@@ -1,7 +1,6 @@
 // steplets-scenario: plays one scenario file in a fresh process.
 #include "CommandLine.h"
 #include <QCoreApplication>
-#include <cstdio>
 
 int main(int argc, char** argv)
 {
