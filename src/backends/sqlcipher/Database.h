@@ -72,20 +72,21 @@ public:
     // The table's columns in order; a missing table is a failure naming it.
     const QList<ColumnInfo>& columns(const QString& table);
 
-    quint64 version(const QString& table) const { return m_versions.value(table.toLower()).writes; }
-    quint64 deletions(const QString& table) const { return m_versions.value(table.toLower()).deletions; }
+    // Change counts of a table: every write, and the writes that removed rows.
+    struct Counts { quint64 writes = 0; quint64 deletions = 0; };
+    // Stable for the life of the database, so a recordset can keep it.
+    const Counts& counts(const QString& table) { return m_versions[table.toLower()]; }
     void noteWrite(const QString& table, bool deletion);
 
     [[noreturn]] void fail(int rc, const QString& context) const;
 
 private:
     Database(sqlite3* db, QString path) : m_db(db), m_path(std::move(path)) {}
-    struct Counts { quint64 writes = 0; quint64 deletions = 0; };
     sqlite3* m_db;
     QString m_path;
     std::unordered_map<QString, std::unique_ptr<Statement>> m_statements;
     QHash<QString, QList<ColumnInfo>> m_columns;
-    QHash<QString, Counts> m_versions;
+    std::unordered_map<QString, Counts> m_versions;     // node-based: references stay valid
 };
 
 // Double quotes a name for the engine.

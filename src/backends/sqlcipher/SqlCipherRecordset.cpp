@@ -41,6 +41,7 @@ void SqlCipherRecordset::Open(const QString& source, const std::shared_ptr<Conne
     if (query.columns.isEmpty()) chosen = all;
 
     m_db = std::move(database);
+    m_updates.clear();
     m_source = source;
     m_query = std::move(query);
     m_columns = chosen;
@@ -54,7 +55,12 @@ void SqlCipherRecordset::Open(const QString& source, const std::shared_ptr<Conne
     m_criterion.reset();
     m_edit = Edit::None;
     m_pending.clear();
-    loadKeyset();
+    try {
+        loadKeyset();
+    } catch (...) {
+        m_db.reset();
+        throw;
+    }
     applyFilter();
     toFirst();
 }
@@ -84,8 +90,9 @@ void SqlCipherRecordset::loadKeyset()
     while (st.step()) keys.push_back(st.key(0));
     st.reset();
     m_keyset = std::move(keys);
-    m_seenWrites = m_db->version(m_query.table);
-    m_seenDeletions = m_db->deletions(m_query.table);
+    m_counts = &m_db->counts(m_query.table);
+    m_seenWrites = m_counts->writes;
+    m_seenDeletions = m_counts->deletions;
     m_rowLoaded = false;
 }
 
@@ -152,9 +159,9 @@ Database& SqlCipherRecordset::db(const QString& source)
 void SqlCipherRecordset::catchUp()
 {
     Database& d = db();
-    if (d.version(m_query.table) == m_seenWrites) return;
+    if (m_counts->writes == m_seenWrites) return;
     m_rowLoaded = false;
-    if (d.deletions(m_query.table) != m_seenDeletions) {
+    if (m_counts->deletions != m_seenDeletions) {
         std::unordered_set<qint64> alive;
         Statement& st = d.prepare(QStringLiteral("SELECT rowid FROM ") + quoted(m_query.table));
         while (st.step()) alive.insert(st.key(0));
@@ -170,15 +177,15 @@ void SqlCipherRecordset::catchUp()
         m_pos = pos;
         std::erase_if(m_keyset, [&](qint64 k) { return !alive.count(k); });
     }
-    m_seenWrites = d.version(m_query.table);
-    m_seenDeletions = d.deletions(m_query.table);
+    m_seenWrites = m_counts->writes;
+    m_seenDeletions = m_counts->deletions;
 }
 
 void SqlCipherRecordset::noteOwnWrite(bool deletion)
 {
     m_db->noteWrite(m_query.table, deletion);
-    m_seenWrites = m_db->version(m_query.table);
-    m_seenDeletions = m_db->deletions(m_query.table);
+    m_seenWrites = m_counts->writes;
+    m_seenDeletions = m_counts->deletions;
 }
 
 // --- position ----------------------------------------------------------------------------------
@@ -304,21 +311,40 @@ void SqlCipherRecordset::insertPending()
 void SqlCipherRecordset::updatePending()
 {
     const qint64 key = currentKey();
-    QStringList sets;
-    for (const auto& [index, value] : m_pending) sets << quoted(m_columns[index].name) + QStringLiteral("=?");
-    Statement& st = m_db->prepare(QStringLiteral("UPDATE ") + quoted(m_query.table) + QStringLiteral(" SET ")
-                                  + sets.join(QLatin1Char(',')) + QStringLiteral(" WHERE rowid=?"));
+    Statement& st = updateStatement();
     int n = 1;
     for (const auto& [index, value] : m_pending) st.bind(n++, value);
     st.bindKey(n, key);
     st.run();
-    const bool found = m_db->changes() > 0;
-    if (found && m_rowLoaded)
+    const bool changed = m_db->changes() > 0;
+    if (m_rowLoaded)
         for (const auto& [index, value] : m_pending) m_row[index] = value;
     m_edit = Edit::None;
     m_pending.clear();
-    if (!found) throw noCurrentRecord();
-    noteOwnWrite(false);
+    if (changed) noteOwnWrite(false);
+}
+
+// Rows whose values are already those written are left alone: nothing needs to reach the
+// disk, and a loop of Updates over mostly unchanged rows (the reset of the marks) stays quick.
+Statement& SqlCipherRecordset::updateStatement()
+{
+    std::vector<int> columns;
+    for (const auto& [index, value] : m_pending) columns.push_back(index);
+    auto it = m_updates.find(columns);
+    if (it != m_updates.end()) return it->second->reset();
+    QStringList sets, differs;
+    int n = 1;
+    for (int index : columns) {
+        const QString name = quoted(m_columns[index].name);
+        sets << name + QStringLiteral("=?") + QString::number(n);
+        differs << name + QStringLiteral(" IS NOT ?") + QString::number(n);
+        ++n;
+    }
+    Statement& st = m_db->prepare(QStringLiteral("UPDATE ") + quoted(m_query.table) + QStringLiteral(" SET ")
+                                  + sets.join(QLatin1Char(',')) + QStringLiteral(" WHERE rowid=?") + QString::number(n)
+                                  + QStringLiteral(" AND (") + differs.join(QStringLiteral(" OR ")) + QLatin1Char(')'));
+    m_updates.emplace(std::move(columns), &st);
+    return st;
 }
 
 void SqlCipherRecordset::Delete()
@@ -400,6 +426,8 @@ QString SqlCipherRecordset::fieldName(int index) const { return m_columns.value(
 
 int SqlCipherRecordset::fieldIndex(const QString& name) const
 {
+    for (int i = static_cast<int>(m_columns.size()) - 1; i >= 0; --i)
+        if (m_columns[i].name == name) return i;
     const int i = indexOfName(m_columns, name);
     if (i < 0) throw itemNotFound(name, src::Field);
     return i;

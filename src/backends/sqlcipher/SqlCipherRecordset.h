@@ -58,6 +58,7 @@ private:
     void insertPending();
     void updatePending();
     void noteOwnWrite(bool deletion);
+    Statement& updateStatement();
     void dropKey(qint64 key);
 
     std::shared_ptr<Database> m_db;
@@ -80,6 +81,8 @@ private:
     Edit m_edit = Edit::None;
     std::map<int, Value> m_pending;
 
+    const Database::Counts* m_counts = nullptr;
+    std::map<std::vector<int>, Statement*> m_updates;   // by the columns an Update writes
     quint64 m_seenWrites = 0;
     quint64 m_seenDeletions = 0;
 };
