@@ -1,0 +1,19 @@
+#pragma once
+// The commands of steplets-admin, each on the databases in one directory. They write their
+// results to `out` and raise a Failure for anything that goes wrong; the exit codes are main's.
+#include <QString>
+#include <QTextStream>
+
+namespace steplets::admin {
+
+// Creates both databases; refuses to overwrite either.
+void init(const QString& dir, QTextStream& out);
+// Adds the demo templates, groups and contacts, and writes the contacts' cards to
+// <dir>/vdir/contacts.
+void seedDemo(const QString& dir, QTextStream& out);
+// Every table of both databases as JSON.
+void dump(const QString& dir, QTextStream& out);
+// Integrity and schema check; returns false, after naming each problem, when anything is wrong.
+bool check(const QString& dir, QTextStream& out);
+
+} // namespace steplets::admin

@@ -1,0 +1,123 @@
+// steplets-admin as a person runs it: init, check, seed-demo, dump, and its errors.
+#include "TempDir.h"
+#include "backends/sqlcipher/Schema.h"
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <gtest/gtest.h>
+
+namespace steplets::test {
+namespace {
+
+struct Outcome {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+class AdminTool : public ::testing::Test {
+protected:
+    Outcome admin(const QStringList& args, const QString& home = {})
+    {
+        QProcess p;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.remove(QStringLiteral("STEPLETS_HOME"));
+        if (!home.isEmpty()) env.insert(QStringLiteral("STEPLETS_HOME"), home);
+        p.setProcessEnvironment(env);
+        p.start(QStringLiteral(STEPLETS_ADMIN_PATH), args);
+        EXPECT_TRUE(p.waitForFinished(60000));
+        return Outcome{p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
+    }
+
+    QStringList inDir(const char* command) { return {QString::fromLatin1(command), QStringLiteral("--dir"), dir.path()}; }
+
+    TempDir dir;
+};
+
+TEST_F(AdminTool, InitCheckDumpFromAnEmptyDirectory)
+{
+    const Outcome init = admin(inDir("init"));
+    ASSERT_EQ(init.exitCode, 0) << init.err.toStdString();
+    EXPECT_TRUE(QFile::exists(dir.file(QStringLiteral("OVLocal.db"))));
+    EXPECT_TRUE(QFile::exists(dir.file(QStringLiteral("OVLink.db"))));
+
+    const Outcome check = admin(inDir("check"));
+    EXPECT_EQ(check.exitCode, 0) << check.out.toStdString();
+
+    const Outcome dump = admin(inDir("dump"));
+    ASSERT_EQ(dump.exitCode, 0);
+    const QJsonObject store = QJsonDocument::fromJson(dump.out.toUtf8()).object();
+    const QJsonObject local = store.value(QStringLiteral("local")).toObject();
+    for (const char* t : {"tblSteplets", "tblTaskGroups", "tblGroupAssignments"})
+        EXPECT_TRUE(local.value(QLatin1String(t)).isArray()) << t;
+    EXPECT_TRUE(store.value(QStringLiteral("link")).toObject().value(QStringLiteral("tblContacts")).toArray().isEmpty());
+}
+
+TEST_F(AdminTool, SecondInitRefusesAndKeepsTheData)
+{
+    ASSERT_EQ(admin(inDir("init")).exitCode, 0);
+    ASSERT_EQ(admin(inDir("seed-demo")).exitCode, 0);
+    const Outcome again = admin(inDir("init"));
+    EXPECT_EQ(again.exitCode, 1);
+    EXPECT_TRUE(again.err.contains(QStringLiteral("already exists")));
+    EXPECT_EQ(again.err.count(QLatin1Char('\n')), 1) << "one line";
+    const QJsonObject store = QJsonDocument::fromJson(admin(inDir("dump")).out.toUtf8()).object();
+    EXPECT_FALSE(store.value(QStringLiteral("local")).toObject().value(QStringLiteral("tblSteplets")).toArray().isEmpty());
+}
+
+TEST_F(AdminTool, SeedDemoFillsTablesAndContactCards)
+{
+    ASSERT_EQ(admin(inDir("init")).exitCode, 0);
+    const Outcome seed = admin(inDir("seed-demo"));
+    ASSERT_EQ(seed.exitCode, 0) << seed.err.toStdString();
+    const QJsonObject store = QJsonDocument::fromJson(admin(inDir("dump")).out.toUtf8()).object();
+    const QJsonArray contacts = store.value(QStringLiteral("link")).toObject().value(QStringLiteral("tblContacts")).toArray();
+    ASSERT_GE(contacts.size(), 12);
+    for (const QJsonValue& c : contacts) {
+        const QString entryId = c.toObject().value(QStringLiteral("ContactEntryID")).toString();
+        EXPECT_TRUE(QFile::exists(dir.file(QStringLiteral("vdir/contacts/") + entryId + QStringLiteral(".vcf")))) << entryId.toStdString();
+    }
+    EXPECT_EQ(store.value(QStringLiteral("local")).toObject().value(QStringLiteral("tblTaskGroups")).toArray().size(), 2);
+    EXPECT_EQ(admin(inDir("check")).exitCode, 0);
+    EXPECT_EQ(admin(inDir("seed-demo")).exitCode, 1) << "demo data is added once";
+}
+
+TEST_F(AdminTool, WrongPasswordGivesOneClearLineAndExitCodeOne)
+{
+    ASSERT_EQ(admin(inDir("init")).exitCode, 0);
+    // The link database put where the local one belongs: its password is not the local one.
+    QFile::remove(dir.file(QStringLiteral("OVLocal.db")));
+    ASSERT_TRUE(QFile::copy(dir.file(QStringLiteral("OVLink.db")), dir.file(QStringLiteral("OVLocal.db"))));
+    for (const char* command : {"check", "dump"}) {
+        const Outcome r = admin(inDir(command));
+        EXPECT_EQ(r.exitCode, 1) << command;
+        EXPECT_TRUE(r.err.startsWith(QStringLiteral("steplets-admin: Not a valid password"))) << r.err.toStdString();
+        EXPECT_TRUE(r.err.contains(QStringLiteral("OVLocal.db")));
+        EXPECT_EQ(r.err.count(QLatin1Char('\n')), 1);
+    }
+}
+
+TEST_F(AdminTool, MissingDatabasesAndWrongUsage)
+{
+    const Outcome check = admin(inDir("check"));
+    EXPECT_EQ(check.exitCode, 1);
+    EXPECT_TRUE(check.err.contains(QStringLiteral("OVLocal.db was not found")));
+    EXPECT_EQ(admin({QStringLiteral("frobnicate")}).exitCode, 2);
+    EXPECT_EQ(admin({}).exitCode, 2);
+    EXPECT_EQ(admin({QStringLiteral("init"), QStringLiteral("--colour")}).exitCode, 2);
+    const Outcome help = admin({QStringLiteral("--help")});
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_TRUE(help.out.contains(QStringLiteral("seed-demo")));
+}
+
+TEST_F(AdminTool, StepletsHomeIsTheDefaultDirectory)
+{
+    ASSERT_EQ(admin({QStringLiteral("init")}, dir.path()).exitCode, 0);
+    EXPECT_TRUE(QFile::exists(dir.file(QStringLiteral("OVLink.db"))));
+    EXPECT_EQ(admin({QStringLiteral("check")}, dir.path()).exitCode, 0);
+}
+
+} // namespace
+} // namespace steplets::test
