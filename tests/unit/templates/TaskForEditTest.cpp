@@ -194,6 +194,7 @@ TEST_F(TaskForEdit, OnlyTheFirstRowOfTheFilterIsUsedAndAnEmptyFilterMakesNothing
     session().rsTemplates->Filter(QStringLiteral("Tag = 5"));
     EXPECT_FALSE(edit());
     EXPECT_EQ(taskFiles(), 1);
+    EXPECT_TRUE(sink.failures.empty()) << sink.failures[0].description.toStdString();
 }
 
 TEST_F(TaskForEdit, AFailureIsReportedAndTheItemNeverMade)
