@@ -41,8 +41,22 @@ QString answerName(MsgBoxAnswer a);          // "OK", "Cancel", "Yes", "No"
 
 // The contact picker of the support library: its arguments in their order, by name, and its
 // result. The closed ContactPicker object of the session shows itself through the host.
+// A row the picker offers: an active tblContacts row, with company and e-mail from its vCard
+// when its EntryID resolves (hasCard false when the card is gone: still offered by name).
+struct ContactPickerRow {
+    qint32 contactID = 0;
+    QString name;
+    QString entryID;
+    QString company;
+    QString email;
+    bool hasCard = false;
+};
 struct ContactPickerRequest {
     QList<QPair<QString, Value>> arguments;
+    QString version;                         // "older" (names only) or "newer"
+    QList<ContactPickerRow> rows;            // in the table's order
+    bool manageContacts = false;             // an "Open" button may display the contact
+    int top = 0, left = 0, width = 0, height = 0;   // the caller's bounds, twips
 };
 struct ContactPickerResult {
     qint32 contactID = 0;                    // 0: nothing was chosen
