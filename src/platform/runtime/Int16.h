@@ -27,6 +27,8 @@ public:
     friend Int16 operator-(Int16 a, Int16 b) { return a -= b; }
     friend Int16 operator*(Int16 a, Int16 b) { return a *= b; }
     friend constexpr bool operator==(Int16 a, Int16 b) { return a.m_v == b.m_v; }
+    // Without this, comparing with a literal is ambiguous between the two conversions.
+    friend constexpr bool operator==(Int16 a, int b) { return a.m_v == b; }
 
 private:
     std::int16_t m_v = 0;
