@@ -3,6 +3,7 @@
 #include "backends/sqlcipher/Schema.h"
 #include "backends/sqlcipher/SqlCipherStore.h"
 #include "platform/StoreGateway.h"
+#include "BenchSupport.h"
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <algorithm>
@@ -11,37 +12,11 @@
 #include <vector>
 
 using namespace steplets;
+using namespace steplets::bench;
 
 namespace {
 
 constexpr int kRows = 32000;
-constexpr int kRuns = 5;
-
-double median(std::vector<double> v)
-{
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
-
-// Runs `setup` untimed and `measure` timed, kRuns times; the median in milliseconds.
-double timeIt(const std::function<void()>& setup, const std::function<void()>& measure)
-{
-    std::vector<double> ms;
-    for (int i = 0; i < kRuns; ++i) {
-        setup();
-        QElapsedTimer t;
-        t.start();
-        measure();
-        ms.push_back(t.nsecsElapsed() / 1e6);
-    }
-    return median(ms);
-}
-
-void print(const char* name, double ms, double target)
-{
-    std::printf("%s: %.1f ms (target <= %g ms)\n", name, ms, target);
-    std::fflush(stdout);
-}
 
 // 32,000 templates, every 100th marked, in one transaction through a command.
 void fillTemplates(sqlcipher::SqlCipherStore& store, const std::shared_ptr<Connection>& cn)

@@ -7,6 +7,7 @@
 #include "templates/DateRules.h"
 #include "templates/EditedTemplate.h"
 #include "templates/FormatField.h"
+#include "BenchSupport.h"
 #include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
@@ -17,35 +18,11 @@
 #include <vector>
 
 using namespace steplets;
+using namespace steplets::bench;
 
 namespace {
 
-constexpr int kRuns = 5;
 constexpr int kSubjects = 100000;
-
-double median(std::vector<double> v)
-{
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
-
-double timeIt(const std::function<void()>& measure)
-{
-    std::vector<double> ms;
-    for (int i = 0; i < kRuns; ++i) {
-        QElapsedTimer t;
-        t.start();
-        measure();
-        ms.push_back(t.nsecsElapsed() / 1e6);
-    }
-    return median(ms);
-}
-
-void print(const char* name, double ms, double target)
-{
-    std::printf("%s: %.1f ms (target <= %g ms)\n", name, ms, target);
-    std::fflush(stdout);
-}
 
 class NoDisplay : public ol::ItemDisplay {
 public:

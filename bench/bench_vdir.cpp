@@ -1,6 +1,7 @@
 // Speed of the vdir task store: finding one task among 10,000, and making and saving a task.
 #include "backends/vdir/VdirStore.h"
 #include "platform/OutlookGateway.h"
+#include "BenchSupport.h"
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -10,19 +11,9 @@
 #include <vector>
 
 using namespace steplets;
+using namespace steplets::bench;
 
 namespace {
-
-double median(std::vector<double> v)
-{
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
-
-void print(const char* what, double ms, double target)
-{
-    std::printf("%s: %.3f ms (target <= %g ms)\n", what, ms, target);
-}
 
 // One task as processing makes it: add, 25 property writes, save.
 QString makeTask(ol::MAPIFolder& folder, int n)
