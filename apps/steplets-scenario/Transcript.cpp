@@ -39,7 +39,7 @@ QJsonObject dumpAlone(const Workspace& ws, sqlcipher::Db present)
 QJsonObject taskJson(const QString& id, const vdir::TaskData& t)
 {
     QJsonObject o{{QStringLiteral("EntryID"), id}};
-    for (const QString& name : vdir::taskPropertyNames()) o.insert(name, jsonOf(vdir::taskGet(t, name)));
+    for (const QString& name : vdir::taskPropertyNames()) o.insert(name, vdir::taskGet(t, name).toJson());
     o.insert(QStringLiteral("Body"), t.Body);
     QJsonArray links;
     for (const vdir::LinkData& l : t.links) links.append(l.entryId);
@@ -47,11 +47,11 @@ QJsonObject taskJson(const QString& id, const vdir::TaskData& t)
     QJsonArray props;
     for (const vdir::UserPropertyData& u : t.userProperties)
         props.append(QJsonObject{{QStringLiteral("name"), u.name}, {QStringLiteral("type"), u.type},
-                                 {QStringLiteral("value"), jsonOf(u.value)}, {QStringLiteral("inFolderFields"), u.inFolderFields}});
+                                 {QStringLiteral("value"), u.value.toJson()}, {QStringLiteral("inFolderFields"), u.inFolderFields}});
     o.insert(QStringLiteral("UserProperties"), props);
     if (t.pattern) {
         QJsonObject pattern;
-        for (const QString& name : vdir::patternPropertyNames()) pattern.insert(name, jsonOf(vdir::patternGet(*t.pattern, name)));
+        for (const QString& name : vdir::patternPropertyNames()) pattern.insert(name, vdir::patternGet(*t.pattern, name).toJson());
         o.insert(QStringLiteral("RecurrencePattern"), pattern);
     }
     o.insert(QStringLiteral("Assigned"), t.assigned);
@@ -61,9 +61,9 @@ QJsonObject taskJson(const QString& id, const vdir::TaskData& t)
 QJsonObject contactJson(const QString& id, const vdir::ContactData& c)
 {
     QJsonObject o{{QStringLiteral("EntryID"), id}};
-    for (const QString& name : vdir::contactFillInProperties()) o.insert(name, jsonOf(vdir::contactValue(c, name)));
+    for (const QString& name : vdir::contactFillInProperties()) o.insert(name, vdir::contactValue(c, name).toJson());
     for (auto it = c.stored.begin(); it != c.stored.end(); ++it)
-        if (!o.contains(it.key())) o.insert(it.key(), jsonOf(it.value()));
+        if (!o.contains(it.key())) o.insert(it.key(), it.value().toJson());
     return o;
 }
 
@@ -101,19 +101,6 @@ QJsonArray itemsInOrder(const QMap<QString, QString>& files, const QStringList& 
 
 } // namespace
 
-QJsonValue jsonOf(const Value& v)
-{
-    switch (v.type()) {
-    case Value::Type::Null: return QJsonValue::Null;
-    case Value::Type::Bool: return v.toBool();
-    case Value::Type::Int16:
-    case Value::Type::Int32: return static_cast<qint64>(v.toLong());
-    case Value::Type::Double: return v.toDouble();
-    case Value::Type::Text: return v.toText();
-    case Value::Type::Date: return v.toDate().toIso();
-    }
-    return QJsonValue::Null;
-}
 
 QJsonObject storeAfter(const Workspace& ws)
 {

@@ -9,9 +9,6 @@
 
 namespace steplets::scenario {
 
-// A component value as JSON: Null null, booleans, numbers, texts, dates "YYYY-MM-DDTHH:MM:SS".
-QJsonValue jsonOf(const Value& v);
-
 // Every row of every table of both databases, {"local": {...}, "link": {...}}; a database whose
 // file is not there has no member.
 QJsonObject storeAfter(const Workspace& ws);

@@ -223,17 +223,5 @@ Value valueFromJson(const QJsonValue& v) {
     }
 }
 
-QJsonValue jsonFromValue(const Value& v) {
-    switch (v.type()) {
-    case Value::Type::Null: return QJsonValue();
-    case Value::Type::Bool: return v.toBool();
-    case Value::Type::Int16:
-    case Value::Type::Int32: return v.toLong();
-    case Value::Type::Double: return v.toDouble();
-    case Value::Type::Text: return v.toText();
-    case Value::Type::Date: return v.toDate().toIso();
-    }
-    return QJsonValue();
-}
 
 } // namespace steplets::scripted

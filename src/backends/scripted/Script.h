@@ -44,7 +44,5 @@ private:
 // A value of a scenario as the component's types have it: null is Null, whole numbers are
 // 32-bit integers, "YYYY-MM-DDTHH:MM:SS[.mmm]" texts are dates, other texts stay texts.
 Value valueFromJson(const QJsonValue& v);
-// The other way, for the transcript: dates as "YYYY-MM-DDTHH:MM:SS".
-QJsonValue jsonFromValue(const Value& v);
 
 } // namespace steplets::scripted

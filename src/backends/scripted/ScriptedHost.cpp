@@ -221,7 +221,7 @@ void ScriptedHost::displayItem(ol::Item& item, const QString& kind, bool modal) 
 
 ContactPickerResult ScriptedHost::pickContact(const ContactPickerRequest& request) {
     QJsonObject args;
-    for (const auto& [name, value] : request.arguments) args.insert(name, jsonFromValue(value));
+    for (const auto& [name, value] : request.arguments) args.insert(name, value.toJson());
     record(QStringLiteral("picker"), args);
     const Waiting w{[](const Step& s) { return s.kind == Step::Kind::Picker; }, [] { return true; },
                     QStringLiteral("the contact picker")};

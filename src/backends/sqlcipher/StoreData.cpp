@@ -9,19 +9,6 @@ namespace steplets::sqlcipher {
 
 namespace {
 
-QJsonValue toJson(const Value& v)
-{
-    switch (v.type()) {
-    case Value::Type::Null: return QJsonValue::Null;
-    case Value::Type::Bool: return v.toBool();
-    case Value::Type::Int16:
-    case Value::Type::Int32: return static_cast<qint64>(v.toLong());
-    case Value::Type::Double: return v.toDouble();
-    case Value::Type::Date: return v.toDate().toIso();
-    case Value::Type::Text: return v.toText();
-    }
-    return QJsonValue::Null;
-}
 
 Value fromJson(const QJsonValue& j)
 {
@@ -45,7 +32,7 @@ QJsonArray dumpTable(Database& db, const QString& table)
     QJsonArray rows;
     while (st.step()) {
         QJsonObject row;
-        for (int i = 0; i < cols.size(); ++i) row.insert(cols[i].name, toJson(st.value(i, cols[i].kind)));
+        for (int i = 0; i < cols.size(); ++i) row.insert(cols[i].name, st.value(i, cols[i].kind).toJson());
         rows.append(row);
     }
     return rows;

@@ -79,6 +79,7 @@ const std::vector<Extra>& extras()
         {"COMPANIES", [](const TaskData& t) { return t.Companies; }, [](TaskData& t, const QString& v) { t.Companies = v; }},
         {"MILEAGE", [](const TaskData& t) { return t.Mileage; }, [](TaskData& t, const QString& v) { t.Mileage = v; }},
         {"ROLE", [](const TaskData& t) { return t.Role; }, [](TaskData& t, const QString& v) { t.Role = v; }},
+        {"TO", [](const TaskData& t) { return t.To; }, [](TaskData& t, const QString& v) { t.To = v; }},
         {"REMINDERSOUNDFILE", [](const TaskData& t) { return t.ReminderSoundFile; },
          [](TaskData& t, const QString& v) { t.ReminderSoundFile = v; }},
         {"ACTUALWORK", [](const TaskData& t) { return number(t.ActualWork); },

@@ -49,6 +49,7 @@ struct TaskData {
     QString Mileage;
     QString ReminderSoundFile;
     QString Role;
+    QString To;                            // the assignee of an assigned task, as typed
     qint32 ActualWork = 0;                 // minutes
     qint32 TotalWork = 0;                  // minutes
     qint32 Importance = 1;

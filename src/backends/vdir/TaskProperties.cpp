@@ -60,7 +60,7 @@ const std::map<QString, TaskField>& taskFields()
 {
     static const std::map<QString, TaskField> fields = {
         TEXT(Subject), TEXT(BillingInformation), TEXT(Categories), TEXT(Companies), TEXT(Mileage),
-        TEXT(ReminderSoundFile), TEXT(Role),
+        TEXT(ReminderSoundFile), TEXT(Role), TEXT(To),
         NUMBER(ActualWork, 0, 2147483647), NUMBER(TotalWork, 0, 2147483647), NUMBER(Importance, 0, 2),
         NUMBER(Sensitivity, 0, 3),
         FLAG(NoAging), FLAG(ReminderOverrideDefault), FLAG(ReminderPlaySound), FLAG(ReminderSet), FLAG(TeamTask),

@@ -122,4 +122,18 @@ QString Value::debugText() const
     }, m_v);
 }
 
+QJsonValue Value::toJson() const
+{
+    switch (type()) {
+    case Type::Null: return QJsonValue::Null;
+    case Type::Bool: return toBool();
+    case Type::Int16:
+    case Type::Int32: return static_cast<qint64>(toLong());
+    case Type::Double: return toDouble();
+    case Type::Text: return toText();
+    case Type::Date: return toDate().toIso();
+    }
+    return QJsonValue::Null;
+}
+
 } // namespace steplets

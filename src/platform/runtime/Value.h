@@ -5,6 +5,7 @@
 #include "Date.h"
 #include "Failure.h"
 #include "Int16.h"
+#include <QJsonValue>
 #include <QString>
 #include <variant>
 
@@ -51,6 +52,8 @@ public:
 
     // A readable form for messages and transcripts: "Null", a number, quoted text, an ISO date.
     QString debugText() const;
+    // As JSON: null, true/false, a number, a text, a date as "YYYY-MM-DDTHH:MM:SS".
+    QJsonValue toJson() const;
 
 private:
     std::variant<std::monostate, bool, Int16, qint32, double, QString, Date> m_v;
