@@ -101,6 +101,14 @@ void frmSteplet::design()
     const QString tip = QStringLiteral("Enter the user prompt to be displayed when processing this group. ");
     txtGroupAnchor.setToolTipText(tip);
     txtGroupPrompt.setToolTipText(tip);
+    // The options start unticked, so their texts start as an unticked option leaves them:
+    // setting a value that is already 0 raises no Click to do it later.
+    for (TextBox* box : {&txtGroupAnchor, &txtGroupPrompt}) {
+        box->setEnabled(false);
+        box->setLocked(true);
+    }
+    lblGroupAnchor.setEnabled(false);
+    lblGroupPrompt.setEnabled(false);
     for (int i = 0; i < 2; ++i) {
         const int top = 2910 + i * 450;
         chkGroupOption[i].setContainer(&Picture2[1]);
