@@ -237,9 +237,10 @@ void frmSteplet::Form_Activate()
 void frmSteplet::CheckOLVersion()
 {
     Guard g(QStringLiteral("frmSteplet: CheckOLVersion"));
-    double v = 0;
-    g.step(20, [&] { v = leadingNumber(must(session().olApp).Version().left(3)); });
-    g.step(30, [&] {
+    // One statement: a version that cannot be read leaves the number as it was (0 in a new
+    // session, an old Outlook to the contact picker) rather than choosing 7 from nothing.
+    g.step(20, [&] {
+        const double v = leadingNumber(must(session().olApp).Version().left(3));
         session().iOutlookVersion = v < 8.5 ? 7 : v < 9 ? 8 : v < 10 ? 9 : v < 11 ? 10 : 11;
     });
 }
