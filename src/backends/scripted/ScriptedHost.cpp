@@ -2,6 +2,7 @@
 #include "ScriptedUser.h"
 #include "controls/Controls.h"
 #include "runtime/Failure.h"
+#include <QJsonArray>
 #include <QStringList>
 
 namespace steplets::scripted {
@@ -222,6 +223,14 @@ void ScriptedHost::displayItem(ol::Item& item, const QString& kind, bool modal) 
 ContactPickerResult ScriptedHost::pickContact(const ContactPickerRequest& request) {
     QJsonObject args;
     for (const auto& [name, value] : request.arguments) args.insert(name, value.toJson());
+    args.insert(QStringLiteral("version"), request.version);
+    // What the picker offered, so a scenario can check the list a person would have seen.
+    QJsonArray offered;
+    for (const ContactPickerRow& row : request.rows)
+        offered.append(QJsonObject{{QStringLiteral("ContactID"), row.contactID}, {QStringLiteral("name"), row.name},
+                                   {QStringLiteral("EntryID"), row.entryID}, {QStringLiteral("company"), row.company},
+                                   {QStringLiteral("email"), row.email}, {QStringLiteral("hasCard"), row.hasCard}});
+    args.insert(QStringLiteral("offered"), offered);
     record(QStringLiteral("picker"), args);
     const Waiting w{[](const Step& s) { return s.kind == Step::Kind::Picker; }, [] { return true; },
                     QStringLiteral("the contact picker")};

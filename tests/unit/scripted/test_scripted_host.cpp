@@ -2,6 +2,7 @@
 // message boxes and the contact picker answered from the script, and every refusal named.
 #include "TestWindow.h"
 #include "runtime/Failure.h"
+#include <QJsonArray>
 
 using namespace steplets;
 using namespace steplets::test;
@@ -162,12 +163,16 @@ TEST(ScriptedPicker, TheArgumentsAreRecordedAndTheChoiceReturned) {
     ContactPickerRequest request;
     request.arguments = {{QStringLiteral("lTimeCardID"), Value(12)}, {QStringLiteral("sProvider"), Value(QString())},
                          {QStringLiteral("bManageContacts"), Value(true)}};
+    request.version = QStringLiteral("newer");
+    request.rows = {{4, QStringLiteral("Byrne, Ada"), QStringLiteral("c-ada"), QStringLiteral("Acme"), QString(), true}};
     const ContactPickerResult chosen = host->pickContact(request);
     EXPECT_EQ(chosen.contactID, 4);
     EXPECT_EQ(chosen.name, QStringLiteral("Byrne, Ada"));
     EXPECT_EQ(chosen.entryID, QStringLiteral("c-ada"));
     EXPECT_EQ(eventAt(*host, "picker").value("picker").toObject(),
-              (QJsonObject{{"lTimeCardID", 12}, {"sProvider", ""}, {"bManageContacts", true}}));
+              (QJsonObject{{"lTimeCardID", 12}, {"sProvider", ""}, {"bManageContacts", true}, {"version", "newer"},
+                           {"offered", QJsonArray{QJsonObject{{"ContactID", 4}, {"name", "Byrne, Ada"}, {"EntryID", "c-ada"},
+                                                              {"company", "Acme"}, {"email", ""}, {"hasCard", true}}}}}));
     EXPECT_EQ(host->pickContact(request).contactID, 0);
 }
 
