@@ -228,6 +228,8 @@ void SqlCipherRecordset::MoveFirst()
 {
     catchUp();
     commitPending();
+    // As with any cursor of the system: an empty set has no first row to go to.
+    if (m_view.empty()) throw noCurrentRecord();
     toFirst();
 }
 

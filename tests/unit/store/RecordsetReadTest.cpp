@@ -6,15 +6,26 @@ namespace {
 
 using RecordsetRead = StoreFixture;
 
-TEST_F(RecordsetRead, EmptyTableIsAtBothEndsAndMoveFirstIsHarmless)
+TEST_F(RecordsetRead, EmptyTableIsAtBothEndsAndHasNoFirstRow)
 {
     auto rs = open(QStringLiteral("SELECT * FROM tblSteplets"), local);
     EXPECT_TRUE(rs->BOF());
     EXPECT_TRUE(rs->EOF_());
     EXPECT_EQ(rs->RecordCount(), 0);
-    EXPECT_NO_THROW(rs->MoveFirst());
+    EXPECT_EQ(failureOf([&] { rs->MoveFirst(); }), 3021);
     EXPECT_TRUE(rs->EOF_());
     EXPECT_EQ(failureOf([&] { rs->MoveNext(); }), 3021);
+}
+
+TEST_F(RecordsetRead, AFilterThatLeavesNothingHasNoFirstRowAndClearingItGivesItBack)
+{
+    addTemplates({QStringLiteral("a"), QStringLiteral("b")});
+    auto rs = open(QStringLiteral("SELECT * FROM tblSteplets"), local);
+    rs->Filter(QStringLiteral("Tag = -1"));
+    EXPECT_EQ(failureOf([&] { rs->MoveFirst(); }), 3021);
+    rs->Filter(0L);
+    rs->MoveFirst();
+    EXPECT_EQ(rs->Fields(QStringLiteral("Subject")).value(), Value("a"));
 }
 
 TEST_F(RecordsetRead, MovesWalkTheRowsInKeyOrder)
