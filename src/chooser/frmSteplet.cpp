@@ -157,6 +157,14 @@ void frmSteplet::connectHandlers()
     lbTaskTemplates.KeyDown.connect([this](int& key, int shift) { lbTaskTemplates_KeyDown(key, shift); });
     cmdAdd.Click.connect([this] { cmdAdd_Click(); });
     cmdDelete.Click.connect([this] { cmdDelete_Click(); });
+    abSelectContact.ToolClick.connect([this](Tool& tool) { abSelectContact_ToolClick(tool); });
+    chkContactOption1.Click.connect([this] { chkContactOption1_Click(); });
+    chkContactOption2.Click.connect([this] { chkContactOption2_Click(); });
+    txtContact.GotFocus.connect([this] { txtContact_GotFocus(); });
+    txtContact.KeyDown.connect([this](int& key, int shift) { txtContact_KeyDown(key, shift); });
+    txtContact.MouseMove.connect([this](int b, int shift, double x, double y) { txtContact_MouseMove(b, shift, x, y); });
+    txtContact.Click.connect([this] { txtContact_Click(); });
+    ProcessTasksButton.Click.connect([this] { ProcessTasksButton_Click(); });
 }
 
 void frmSteplet::Form_Load()

@@ -2,7 +2,8 @@
 // The main window of a session: the templates, the groups, the contact link and the commands.
 // Its modal loop is the main loop of the component. The implementation is split by concern:
 // frmSteplet.cpp (start-up, lists, tabs), frmStepletGroups.cpp (the group page),
-// frmStepletCommands.cpp (add, delete, selection marks, list keys).
+// frmStepletCommands.cpp (add, delete, selection marks, list keys), frmStepletContacts.cpp (the
+// contact area), frmStepletLaunch.cpp (the launch of a processing run).
 #include "session/clsSteplets.h"
 #include "controls/Bars.h"
 #include "controls/Buttons.h"
@@ -44,6 +45,18 @@ public:
     void lbTaskTemplates_Click();
     void lbTaskTemplates_GotFocus();
     void lbTaskTemplates_KeyDown(int& KeyCode, int Shift);
+
+    // The contact area.
+    void abSelectContact_ToolClick(Tool& tool);
+    void chkContactOption1_Click();
+    void chkContactOption2_Click();
+    void txtContact_GotFocus();
+    void txtContact_KeyDown(int& KeyCode, int Shift);
+    void txtContact_MouseMove(int Button, int Shift, double X, double Y);
+    void txtContact_Click();
+
+    // The launch of a processing run.
+    void ProcessTasksButton_Click();
 
     void TabStrip1_Click();
     void TabStrip2_Click();
@@ -96,6 +109,7 @@ private:
     void showPage(ControlArray<PictureBox>& pages, int selectedTab);
     void disableGroupControls();
     int tickedCount(const ListBox& list) const;
+    void contactOptionClick(const QString& literal, CheckBox& option, CheckBox& twin, int mode);
 };
 
 // The chooser as OpenSteplets shows it: a new window for each session, unloaded at its end.
