@@ -9,6 +9,7 @@
 #include "controls/Grid.h"
 #include "controls/TextControls.h"
 #include "controls/Timer.h"
+#include "platform/Guard.h"
 #include "platform/runtime/Date.h"
 #include "platform/runtime/Int16.h"
 #include <QString>
@@ -79,10 +80,20 @@ protected:
 
 private:
     void design();
-    void writePanels(int processed);
+    // Stage 6 of a made task: the assignment or the silent save, then the results, failures
+    // passed over statement by statement.
+    void SaveAndRecordTask(Guard& g, Int16 i, Int16 r, const QString& sSubject, const QString& sDue,
+                           const QString& sReminder, const QString& sLinkText);
+    void SkipRow(Int16 r, const QString& sSubject);
+    void writePanels(Int16 processed);
     void endOfLastPass();
+    void setCell(Int16 row, Int16 col, const QString& text);
+    // The present moment, asked of the host each time.
+    Date now() const;
 
     std::shared_ptr<ol::TaskItem> oCurrentTask;
+    // The task folder of the pass, held from the first row to the end of the run.
+    std::shared_ptr<ol::MAPIFolder> oTaskFolder;
 };
 
 } // namespace steplets

@@ -59,6 +59,13 @@ void Form::Hide() {
     m_host.formHidden(*this);
 }
 
+void Form::setVisible(bool visible) {
+    if (!visible) { Hide(); return; }
+    if (!m_loaded) Load();
+    m_visible = true;
+    formChanged();
+}
+
 bool Form::Unload(int unloadMode) {
     if (!m_loaded) return true;
     int cancel = 0;

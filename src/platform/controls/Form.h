@@ -59,6 +59,9 @@ public:
     // already shown modally is failure 400.
     void Show();
     void Hide();
+    // Makes a hidden window visible again without a modal show of its own: a modal show of it
+    // further out goes on. False hides it.
+    void setVisible(bool visible);
     // Unloads the form: QueryUnload, then Unload, each of which may refuse. False when refused.
     bool Unload(int unloadMode = FormCode);
     void Refresh();
