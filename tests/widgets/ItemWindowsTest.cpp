@@ -5,6 +5,10 @@
 #include "SafeTaskItem.h"
 #include "TaskWindow.h"
 #include "TempDir.h"
+// Screenshots go where the build says; a build that does not say keeps them beside the test.
+#ifndef STEPLETS_WIDGET_ARTIFACTS
+#define STEPLETS_WIDGET_ARTIFACTS "screenshots"
+#endif
 #include "WidgetSupport.h"
 #include "backends/vdir/DemoContacts.h"
 #include "backends/vdir/VdirStore.h"
