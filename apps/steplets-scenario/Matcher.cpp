@@ -38,9 +38,9 @@ QString checkOperator(const QJsonObject& o, const QString& path)
         if (!only({op}) || !o.value(op).isBool()) return QStringLiteral("%1: expected {\"%2\": true}").arg(path, op);
         return {};
     }
-    if (has("$prefix")) {
-        if (!only({QStringLiteral("$prefix")}) || !o.value(QStringLiteral("$prefix")).isString())
-            return QStringLiteral("%1: expected {\"$prefix\": \"text\"}").arg(path);
+    for (const QString& op : {QStringLiteral("$prefix"), QStringLiteral("$contains")}) {
+        if (!o.contains(op)) continue;
+        if (!only({op}) || !o.value(op).isString()) return QStringLiteral("%1: expected {\"%2\": \"text\"}").arg(path, op);
         return {};
     }
     if (has("$count")) {
@@ -144,6 +144,12 @@ private:
             const QString prefix = o.value(QStringLiteral("$prefix")).toString();
             if (a.isString() && a.toString().startsWith(prefix)) return {};
             return QStringLiteral("%1: expected a text beginning with %2, found %3").arg(shown(path), brief(prefix), brief(a));
+        }
+        // A text somewhere inside, for texts whose start and end vary, such as a report's location.
+        if (o.contains(QStringLiteral("$contains"))) {
+            const QString part = o.value(QStringLiteral("$contains")).toString();
+            if (a.isString() && a.toString().contains(part)) return {};
+            return QStringLiteral("%1: expected a text containing %2, found %3").arg(shown(path), brief(part), brief(a));
         }
         if (!a.isArray()) return QStringLiteral("%1: expected a list for %2, found %3").arg(shown(path), brief(o), brief(a));
         const QJsonArray actual = a.toArray();

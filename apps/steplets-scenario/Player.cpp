@@ -47,6 +47,7 @@ public:
         return id;
     }
     const QStringList& names() const { return m_names; }
+    int count() const { return m_count; }
 
 private:
     QSet<QString> m_taken;
@@ -60,6 +61,9 @@ QStringList entryIdsOf(const QList<QJsonObject>& items)
     for (const QJsonObject& i : items) ids << i.value(QStringLiteral("EntryID")).toString();
     return ids;
 }
+
+// Where the task collection waits while it is gone from the vdir.
+QString goneFolder(const QString& folder) { return folder + QStringLiteral(".gone"); }
 
 // The composition root of a played session: every port on a real backend in the workspace.
 struct Wiring {
@@ -83,6 +87,14 @@ Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order)
     scripted::ScriptedHost* host = w.host.get();
     config.clock = [host] { return host->Now(); };
     config.entryIds = [created = w.created] { return created->next(); };
+    if (s.outlook.taskFolderGoneAfter) {
+        const int saved = *s.outlook.taskFolderGoneAfter;
+        const QString folder = QDir(ws.vdirRoot()).filePath(s.host.sTaskFolderEID);
+        config.entryIds = [created = w.created, saved, folder] {
+            if (created->count() == saved) QDir().rename(folder, goneFolder(folder));
+            return created->next();
+        };
+    }
     w.app = vdir::openVdirStore(config, w.host);
 
     DateFormats::setCurrent(std::make_shared<FixedEnglishFormats>());
@@ -136,6 +148,10 @@ PlayResult play(const Scenario& scenario, const QString& dir)
     const ItemOrder order{entryIdsOf(scenario.outlook.tasks), entryIdsOf(scenario.outlook.contacts), {}};
     Wiring w = wire(scenario, ws, order);
     const auto [exit, why] = callHost(scenario, w);
+    if (scenario.outlook.taskFolderGoneAfter) {
+        const QString folder = QDir(ws.vdirRoot()).filePath(scenario.host.sTaskFolderEID);
+        if (QDir(goneFolder(folder)).exists() && !QDir(folder).exists()) QDir().rename(goneFolder(folder), folder);
+    }
     // 3. The transcript, read back from the files.
     TranscriptParts parts;
     if (exit != Passed) parts.status = why;

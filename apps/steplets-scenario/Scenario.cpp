@@ -198,13 +198,19 @@ OutlookSetup readOutlook(const QJsonValue& v)
 {
     OutlookSetup out;
     const QJsonObject o = requireObject(v, QStringLiteral("outlook"));
-    onlyMembers(o, {QStringLiteral("version"), QStringLiteral("storeID"), QStringLiteral("contacts"), QStringLiteral("tasks")},
+    onlyMembers(o, {QStringLiteral("version"), QStringLiteral("storeID"), QStringLiteral("contacts"), QStringLiteral("tasks"),
+                    QStringLiteral("taskFolderGoneAfter")},
                 QStringLiteral("outlook"));
     if (o.contains(QStringLiteral("version"))) out.version = requireText(o.value(QStringLiteral("version")), QStringLiteral("outlook.version"));
     if (o.contains(QStringLiteral("storeID"))) out.storeID = requireText(o.value(QStringLiteral("storeID")), QStringLiteral("outlook.storeID"));
     if (o.contains(QStringLiteral("contacts"))) out.contacts = readItems(o.value(QStringLiteral("contacts")), QStringLiteral("outlook.contacts"), QStringLiteral("contact-"));
     if (o.contains(QStringLiteral("tasks"))) out.tasks = readItems(o.value(QStringLiteral("tasks")), QStringLiteral("outlook.tasks"), QStringLiteral("task-"),
                                                                 {QStringLiteral("Links"), QStringLiteral("UserProperties"), QStringLiteral("RecurrencePattern")});
+    if (o.contains(QStringLiteral("taskFolderGoneAfter"))) {
+        const qint32 n = requireLong(o.value(QStringLiteral("taskFolderGoneAfter")), QStringLiteral("outlook.taskFolderGoneAfter"));
+        if (n < 0) malformed(QStringLiteral("outlook.taskFolderGoneAfter"), QStringLiteral("expected a count, not negative"));
+        out.taskFolderGoneAfter = n;
+    }
     return out;
 }
 

@@ -23,6 +23,10 @@ struct OutlookSetup {
     // Tasks may also carry "Links" (contact EntryIDs), "UserProperties" ({"name", "type",
     // "value", "inFolderFields"}) and "RecurrencePattern" (pattern properties by name).
     QList<QJsonObject> tasks;
+    // The task collection is moved out of the vdir when this many items of the session have been
+    // saved, so the next first Save fails as on a vanished or unwritable folder; it is moved back
+    // when the session has ended, before the transcript is read.
+    std::optional<qint32> taskFolderGoneAfter;
 };
 
 struct Scenario {

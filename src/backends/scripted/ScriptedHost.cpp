@@ -72,6 +72,12 @@ std::optional<Step> ScriptedHost::nextStep(const Waiting& w) {
         if (next.kind == Step::Kind::Wait) {
             const Step wait = m_script.take();
             const qint64 ms = qRound64(wait.json.value(QStringLiteral("wait")).toDouble() * 1000.0);
+            // Should the component be yielding when the wait is over, the user acts right then.
+            m_waitEnds = m_clock.elapsedMs() + ms;
+            struct Over {
+                std::optional<qint64>& ends;
+                ~Over() { ends.reset(); }
+            } over{m_waitEnds};
             run(wait.describe(), [&] { m_clock.advance(ms); });
             continue;
         }
@@ -177,6 +183,29 @@ void ScriptedHost::DoEvents() {
         m_idleYields = 0;
     } else if (++m_idleYields > kIdleYieldLimit) {
         cannotPlay(QStringLiteral("the component keeps yielding to the event loop and no timer is left"));
+    }
+    actInYield();
+}
+
+// A yield is where a person's clicks get in while the component works: once a scripted wait has
+// run out, the steps that follow it go to the active window, as far as they are meant for it.
+void ScriptedHost::actInYield() {
+    if (!m_waitEnds || m_clock.elapsedMs() < *m_waitEnds) return;
+    auto forActive = [this] {
+        if (m_script.atEnd() || m_stack.empty()) return false;
+        const Step& next = m_script.peek();
+        const Form* active = m_stack.back();
+        return next.kind == Step::Kind::FormAction && (!next.namesForm() || next.form() == active->name())
+            && active->isLoaded() && active->Visible();
+    };
+    if (!forActive()) return;
+    m_waitEnds.reset();
+    while (forActive()) {
+        const Step step = m_script.take();
+        Form& active = *m_stack.back();
+        run(step.describe(), [&] {
+            if (auto snap = ScriptedUser::perform(active, step)) record(QStringLiteral("snapshot"), *snap);
+        });
     }
 }
 

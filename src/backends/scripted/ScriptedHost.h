@@ -10,6 +10,7 @@
 #include "VirtualClock.h"
 #include <QJsonArray>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace steplets::scripted {
@@ -58,6 +59,8 @@ private:
     // The next step for `w`, letting time pass until it comes; nothing when `w` stopped waiting.
     std::optional<Step> nextStep(const Waiting& w);
     void displayItem(ol::Item& item, const QString& kind, bool modal);
+    // Inside a yield: the next step, when a wait has run out and it is for the active window.
+    void actInYield();
     // Runs component code for the host (a user's act, a timer, an Activate): a refused act
     // ends the play, a failure that no handler took is a defect of the component.
     void run(const QString& what, const std::function<void()>& body);
@@ -70,6 +73,7 @@ private:
     int m_mousePointer = 0;
     QString m_helpFile;
     long m_idleYields = 0;
+    std::optional<qint64> m_waitEnds;   // virtual time at which the current wait runs out
 };
 
 } // namespace steplets::scripted

@@ -123,6 +123,17 @@ TEST(MatchOperators, PrefixOnTextsOnly)
     EXPECT_FALSE(matches(R"({"$prefix": "1"})", "12"));
 }
 
+TEST(MatchOperators, ContainsFindsATextAnywhereInTextsOnly)
+{
+    const char* location = R"("\r\nX:frmProcessTasks: CreateTaskFromTemplate5:Line 420")";
+    EXPECT_TRUE(matches(R"({"$contains": "CreateTaskFromTemplate5:Line "})", location));
+    EXPECT_TRUE(matches(R"({"$contains": "\r\nX:frmProcessTasks"})", location));
+    EXPECT_FALSE(matches(R"({"$contains": "CreateTaskFromTemplate6"})", location));
+    EXPECT_FALSE(matches(R"({"$contains": "2"})", "12"));
+    EXPECT_EQ(mismatch(R"({"s": {"$contains": "b"}})", R"({"s": "acd"})"), R"(s: expected a text containing "b", found "acd")");
+    EXPECT_EQ(checkPattern(json(R"({"n": {"$contains": ["x"]}})"), "expect"), "expect.n: expected {\"$contains\": \"text\"}");
+}
+
 TEST(CheckPattern, NamesTheMalformedOperatorAndItsPlace)
 {
     EXPECT_EQ(checkPattern(json(R"({"events": [{"a": 1}, {"$cont": 2}]})"), "expect"),

@@ -69,6 +69,10 @@ TEST(ScenarioFileRefused, OtherMembers)
               "outlook.contacts[0].Links: expected a text, a number, true, false or null");
     EXPECT_EQ(refusal(R"({"outlook": {"tasks": [{"UserProperties": [{"type": 1}]}]}, "script": []})"),
               "outlook.tasks[0].UserProperties[0].name: expected a text");
+    EXPECT_EQ(refusal(R"({"outlook": {"taskFolderGoneAfter": -1}, "script": []})"),
+              "outlook.taskFolderGoneAfter: expected a count, not negative");
+    EXPECT_EQ(refusal(R"({"outlook": {"taskFolderGoneAfter": "1"}, "script": []})"),
+              "outlook.taskFolderGoneAfter: expected a whole number from -2147483648 to 2147483647");
     EXPECT_EQ(refusal(R"({"script": [], "expect": {"events": {"$count": 1, "$item": []}}})"),
               "expect.events: expected {\"$count\": N} or {\"$count\": N, \"$items\": [...]}");
 }
@@ -101,7 +105,8 @@ TEST(ScenarioFileRead, GivenMembersAreKept)
         "host": {"lTimeCardID": -4, "sUserFldrSID": null, "bSelectContactByAcct": true, "sDesc": "Audit"},
         "settings": {"Task Selection": 2, "Fill-In 1": "Date"},
         "store": {"missing": ["local"]},
-        "outlook": {"version": "8.5", "contacts": [{"FirstName": "Ada"}], "tasks": [{"EntryID": "t-9", "Links": ["contact-1"]}]},
+        "outlook": {"version": "8.5", "contacts": [{"FirstName": "Ada"}], "tasks": [{"EntryID": "t-9", "Links": ["contact-1"]}],
+                    "taskFolderGoneAfter": 2},
         "script": [{"form": "frmSteplet", "close": true}],
         "expect": {"status": "ok"}})", &error);
     ASSERT_TRUE(s) << error.toStdString();
@@ -117,6 +122,7 @@ TEST(ScenarioFileRead, GivenMembersAreKept)
     EXPECT_EQ(s->outlook.version, "8.5");
     EXPECT_EQ(s->outlook.contacts[0].value("EntryID").toString(), "contact-1");
     EXPECT_EQ(s->outlook.tasks[0].value("EntryID").toString(), "t-9");
+    EXPECT_EQ(s->outlook.taskFolderGoneAfter, 2);
     EXPECT_EQ(s->script.size(), 1);
     ASSERT_TRUE(s->expect.has_value());
 }
