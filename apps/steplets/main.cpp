@@ -1,0 +1,39 @@
+// steplets [OPTIONS]: the desktop program. It plays the time-and-billing host: its options are
+// the arguments of OpenSteplets, and it opens the chooser on the component's directory, creating
+// the embedded demo data on first start. Exit 0 when the session ended, 1 when a failure escaped,
+// 2 on wrong usage.
+#include "Desktop.h"
+#include "QtUiHost.h"
+#include <QApplication>
+#include <QTextStream>
+#include <cstdio>
+
+using namespace steplets;
+
+int main(int argc, char** argv)
+{
+    // The command line is read before any window system is opened, so --help works anywhere.
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
+    const desktop::ParsedCommandLine parsed = desktop::parseCommandLine(arguments);
+    switch (parsed.outcome) {
+    case desktop::ParsedCommandLine::Outcome::Help:
+        std::fputs(qPrintable(parsed.text), stdout);
+        return 0;
+    case desktop::ParsedCommandLine::Outcome::Version:
+        std::printf("steplets %s\n", STEPLETS_VERSION_TEXT);
+        return 0;
+    case desktop::ParsedCommandLine::Outcome::Error:
+        QTextStream(stderr) << "steplets: " << parsed.text << "\nTry 'steplets --help'.\n";
+        return 2;
+    case desktop::ParsedCommandLine::Outcome::Run:
+        break;
+    }
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("steplets"));
+    QApplication::setApplicationVersion(QStringLiteral(STEPLETS_VERSION_TEXT));
+    // The session ends when OpenSteplets returns, not when a window closes.
+    QApplication::setQuitOnLastWindowClosed(false);
+    auto host = std::make_shared<qt::QtUiHost>();
+    return desktop::runSession(parsed.options, host);
+}

@@ -1,0 +1,319 @@
+#include "QtUiHost.h"
+#include "FormView.h"
+#include "controls/Controls.h"
+#include "runtime/Failure.h"
+#include <QApplication>
+#include <QDateTime>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+#ifdef STEPLETS_QT_ITEM_WINDOWS
+#include "ItemWindows.h"
+#endif
+#ifdef STEPLETS_QT_CONTACT_PICKER
+#include "ContactPickerDialog.h"
+#endif
+
+namespace steplets::qt {
+
+namespace {
+
+QMessageBox::Icon iconOf(MessageBoxRequest::Icon icon)
+{
+    switch (icon) {
+    case MessageBoxRequest::Icon::None: return QMessageBox::NoIcon;
+    case MessageBoxRequest::Icon::Exclamation: return QMessageBox::Warning;
+    case MessageBoxRequest::Icon::Question: return QMessageBox::Question;
+    case MessageBoxRequest::Icon::Information: return QMessageBox::Information;
+    case MessageBoxRequest::Icon::Critical: return QMessageBox::Critical;
+    }
+    return QMessageBox::NoIcon;
+}
+
+Qt::CursorShape cursorOf(int pointer)
+{
+    switch (pointer) {
+    case Control::Hourglass: return Qt::WaitCursor;
+    case Control::Custom: return Qt::PointingHandCursor;
+    default: return Qt::ArrowCursor;
+    }
+}
+
+} // namespace
+
+QtUiHost::QtUiHost() : m_context(std::make_unique<QObject>()) {}
+
+QtUiHost::~QtUiHost()
+{
+    for (FormView* v : std::as_const(m_views)) {
+        v->detach();
+        delete v;
+    }
+    qDeleteAll(m_timers);
+    while (QGuiApplication::overrideCursor()) QGuiApplication::restoreOverrideCursor();
+}
+
+FormView* QtUiHost::viewOf(const Form& form) const { return m_views.value(&form); }
+
+QWidget* QtUiHost::activeWindow() const
+{
+    for (auto it = m_stack.rbegin(); it != m_stack.rend(); ++it)
+        if (FormView* v = viewOf(**it); v && v->isVisible()) return v;
+    return QApplication::activeWindow();
+}
+
+// --- Failures that escape a handler ---
+
+void QtUiHost::runUserAct(const std::function<void()>& body)
+{
+    if (m_abort) return;   // the session is ending: nothing more runs
+    try {
+        body();
+    } catch (const UserActionRefused&) {
+        // The widget let the user try something the window does not allow right now.
+        QApplication::beep();
+    } catch (const HostAbort&) {
+        keep(std::current_exception());
+    } catch (const Failure& f) {
+        keep(std::make_exception_ptr(HostAbort(
+            HostAbort::Reason::UnhandledFailure,
+            QStringLiteral("failure %1 \"%2\" (%3) reached no handler").arg(f.number()).arg(f.description(), f.source()))));
+    } catch (const std::exception& e) {
+        keep(std::make_exception_ptr(HostAbort(HostAbort::Reason::UnhandledFailure,
+                                               QStringLiteral("%1 reached no handler").arg(QString::fromUtf8(e.what())))));
+    }
+}
+
+void QtUiHost::keep(std::exception_ptr failure)
+{
+    if (!m_abort) m_abort = std::move(failure);
+    for (const ModalLevel& level : m_levels) level.loop->quit();
+}
+
+void QtUiHost::rethrowAbort()
+{
+    if (m_abort) std::rethrow_exception(m_abort);
+}
+
+// --- Modal windows ---
+
+bool QtUiHost::stillShown(const Form& form) const { return form.isLoaded() && form.Visible(); }
+
+void QtUiHost::showModal(Form& form)
+{
+    // 1. The form is shown and its view comes up over the window below.
+    form.beginModal();
+    QWidget* below = nullptr;
+    for (auto it = m_stack.rbegin(); it != m_stack.rend() && !below; ++it)
+        if (FormView* v = viewOf(**it); v && v->isVisible()) below = v;
+    m_stack.push_back(&form);
+    FormView* view = viewOf(form);
+    if (!view) {
+        formLoaded(form);
+        view = viewOf(form);
+    }
+    QEventLoop loop;
+    m_levels.push_back({&form, &loop});
+    struct Pop {
+        QtUiHost* host;
+        Form* form;
+        ~Pop() {
+            auto& levels = host->m_levels;
+            levels.pop_back();
+            auto& s = host->m_stack;
+            for (auto it = s.rbegin(); it != s.rend(); ++it)
+                if (*it == form) { s.erase(std::next(it).base()); break; }
+            form->endModal();
+        }
+    };
+    {
+        Pop pop{this, &form};
+        view->present(below);
+        // 2. Activate, then the focus settles on the widgets.
+        runUserAct([&form] { form.activate(); });
+        view->flush();
+        // 3. The loop runs until the form is no longer shown (or a failure ends the session).
+        while (!m_abort && stillShown(form)) loop.exec();
+        if (FormView* v = viewOf(form); v && !stillShown(form)) v->hide();
+    }
+    rethrowAbort();
+    // 4. The window below becomes the active one again.
+    if (m_stack.empty()) return;
+    Form* back = m_stack.back();
+    if (back != &form && stillShown(*back)) {
+        if (FormView* v = viewOf(*back)) v->activateWindow();
+        runUserAct([back] { back->activate(); });
+        if (FormView* v = viewOf(*back)) v->flush();
+        rethrowAbort();
+    }
+}
+
+void QtUiHost::formLoaded(Form& form)
+{
+    if (!m_views.contains(&form)) m_views.insert(&form, new FormView(form, *this));
+    for (Timer* t : form.timers()) timerChanged(*t);
+}
+
+void QtUiHost::formHidden(Form& form)
+{
+    // The window goes at once; whether its loop ends is decided after the handler.
+    if (FormView* v = viewOf(form)) v->hide();
+    scheduleLoopCheck();
+}
+
+void QtUiHost::formUnloaded(Form& form)
+{
+    for (Timer* t : form.timers()) timerChanged(*t);
+    if (FormView* v = m_views.take(&form)) {
+        v->detach();
+        v->hide();
+        v->deleteLater();   // its own signal may be running this unload
+    }
+    scheduleLoopCheck();
+}
+
+void QtUiHost::formDestroyed(Form& form)
+{
+    for (Timer* t : form.timers()) timerDestroyed(*t);
+    if (FormView* v = m_views.take(&form)) {
+        v->detach();
+        v->hide();
+        v->deleteLater();
+    }
+    std::erase(m_stack, &form);
+}
+
+void QtUiHost::scheduleLoopCheck()
+{
+    if (m_checkScheduled) return;
+    m_checkScheduled = true;
+    QTimer::singleShot(0, m_context.get(), [this] { checkLoops(); });
+}
+
+void QtUiHost::checkLoops()
+{
+    m_checkScheduled = false;
+    for (const ModalLevel& level : m_levels)
+        if (!stillShown(*level.form)) level.loop->quit();
+}
+
+// --- Message boxes ---
+
+MsgBoxAnswer QtUiHost::messageBox(const MessageBoxRequest& box)
+{
+    QMessageBox mb(iconOf(box.icon), box.title, QString(box.text).replace(QLatin1String("\r\n"), QLatin1String("\n")),
+                   QMessageBox::NoButton, activeWindow());
+    mb.setObjectName(QStringLiteral("MsgBox"));
+    if (box.systemModal) mb.setWindowModality(Qt::ApplicationModal);
+    QList<QPair<QPushButton*, MsgBoxAnswer>> buttons;
+    switch (box.buttons) {
+    case MessageBoxRequest::Buttons::OK:
+        buttons << qMakePair(mb.addButton(QMessageBox::Ok), MsgBoxAnswer::OK);
+        mb.setEscapeButton(buttons.back().first);
+        break;
+    case MessageBoxRequest::Buttons::OKCancel:
+        buttons << qMakePair(mb.addButton(QMessageBox::Ok), MsgBoxAnswer::OK)
+                << qMakePair(mb.addButton(QMessageBox::Cancel), MsgBoxAnswer::Cancel);
+        mb.setEscapeButton(buttons.back().first);
+        break;
+    case MessageBoxRequest::Buttons::YesNo:
+        // As the run-time has it: no close box answer; Escape does nothing.
+        buttons << qMakePair(mb.addButton(QMessageBox::Yes), MsgBoxAnswer::Yes)
+                << qMakePair(mb.addButton(QMessageBox::No), MsgBoxAnswer::No);
+        break;
+    }
+    mb.setDefaultButton(buttons.front().first);
+    mb.exec();
+    rethrowAbort();
+    for (const auto& [button, answer] : buttons)
+        if (mb.clickedButton() == button) return answer;
+    return buttons.size() > 1 ? buttons.back().second : buttons.front().second;
+}
+
+// --- Event loop, timers, clock, pointer ---
+
+void QtUiHost::DoEvents()
+{
+    QCoreApplication::processEvents(QEventLoop::AllEvents);
+    rethrowAbort();
+}
+
+void QtUiHost::timerChanged(Timer& timer)
+{
+    QTimer* qt = m_timers.value(&timer);
+    if (!timer.armed()) {
+        if (qt) qt->stop();
+        return;
+    }
+    if (!qt) {
+        qt = new QTimer;
+        qt->setTimerType(Qt::PreciseTimer);
+        QObject::connect(qt, &QTimer::timeout, qt, [this, &timer] {
+            if (timer.armed()) runUserAct([&timer] { timer.Tick(); });
+        });
+        m_timers.insert(&timer, qt);
+    }
+    // A change of interval starts the count again, as the run-time's timer does.
+    qt->start(timer.Interval());
+}
+
+void QtUiHost::timerDestroyed(Timer& timer)
+{
+    if (QTimer* qt = m_timers.take(&timer)) {
+        qt->stop();
+        qt->deleteLater();
+    }
+}
+
+Date QtUiHost::Now() { return Date::fromQDateTime(QDateTime::currentDateTime()); }
+
+void QtUiHost::setScreenMousePointer(int pointer)
+{
+    m_mousePointer = pointer;
+    if (pointer == Control::Default) {
+        while (QGuiApplication::overrideCursor()) QGuiApplication::restoreOverrideCursor();
+        return;
+    }
+    if (QGuiApplication::overrideCursor()) QGuiApplication::changeOverrideCursor(cursorOf(pointer));
+    else QGuiApplication::setOverrideCursor(cursorOf(pointer));
+}
+
+// --- Item windows and the contact picker ---
+
+void QtUiHost::displayTask(ol::TaskItem& item, bool modal)
+{
+    Q_UNUSED(modal);   // the item windows are always modal here: nothing else could own them
+#ifdef STEPLETS_QT_ITEM_WINDOWS
+    showTaskWindow(activeWindow(), item);
+#else
+    QMessageBox::information(activeWindow(), QStringLiteral("Task"), item.Subject());
+#endif
+    rethrowAbort();
+}
+
+void QtUiHost::displayContact(ol::ContactItem& item, bool modal)
+{
+    Q_UNUSED(modal);
+#ifdef STEPLETS_QT_ITEM_WINDOWS
+    showContactWindow(activeWindow(), item);
+#else
+    QMessageBox::information(activeWindow(), QStringLiteral("Contact"), item.get(QStringLiteral("FullName")).textOrEmpty());
+#endif
+    rethrowAbort();
+}
+
+ContactPickerResult QtUiHost::pickContact(const ContactPickerRequest& request)
+{
+#ifdef STEPLETS_QT_CONTACT_PICKER
+    ContactPickerResult result = runContactPickerDialog(activeWindow(), request, *this);
+    rethrowAbort();
+    return result;
+#else
+    Q_UNUSED(request);
+    return {};
+#endif
+}
+
+} // namespace steplets::qt

@@ -1,0 +1,151 @@
+// The desktop program's own parts: its command line, the embedded default it lays out on first
+// start, and the failure reporter's log file and message box.
+#include "Desktop.h"
+#include "HostOptions.h"
+#include "QtUiHost.h"
+#include "TempDir.h"
+#include "WidgetSupport.h"
+#include "backends/sqlcipher/Schema.h"
+#include "backends/sqlcipher/StoreData.h"
+#include "backends/vdir/DemoContacts.h"
+#include <QAbstractButton>
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QMessageBox>
+#include <QTest>
+
+using namespace steplets;
+using namespace steplets::desktop;
+
+namespace {
+
+ParsedCommandLine parse(QStringList args)
+{
+    args.prepend(QStringLiteral("steplets"));
+    return parseCommandLine(args);
+}
+
+// --- The command line ---
+
+TEST(DesktopCommandLine, EachOptionSetsItsArgumentOfTheHostsCall)
+{
+    const ParsedCommandLine p = parse({"--time-card", "42", "--contact-id", "-3", "--user-name", "Ada Byrne",
+                                       "--contact-term", "Client", "--job-order", "JO-7", "--manage-contacts",
+                                       "--select-contact-by-account", "--user-folder-store", "S2", "--home", "/tmp/h",
+                                       "--task-folder", "todo", "--description", "Audit"});
+    ASSERT_EQ(p.outcome, ParsedCommandLine::Outcome::Run) << p.text.toStdString();
+    const HostArguments& a = p.options.args;
+    EXPECT_EQ(a.lTimeCardID, 42);
+    EXPECT_EQ(a.sContactID, -3);
+    EXPECT_EQ(a.sUserName, QStringLiteral("Ada Byrne"));
+    EXPECT_EQ(a.sContactTerm, QStringLiteral("Client"));
+    EXPECT_EQ(a.sJobOrder, QStringLiteral("JO-7"));
+    EXPECT_TRUE(a.bManageContacts);
+    EXPECT_TRUE(a.bSelectContactByAcct);
+    EXPECT_EQ(a.sUserFldrSID.toText(), QStringLiteral("S2"));
+    EXPECT_EQ(a.sTaskFolderEID, QStringLiteral("todo"));
+    EXPECT_EQ(a.sDesc, QStringLiteral("Audit"));
+    EXPECT_EQ(p.options.home, QStringLiteral("/tmp/h"));
+}
+
+TEST(DesktopCommandLine, WithoutOptionsItKeepsTemplatesAsTheDemoUser)
+{
+    const ParsedCommandLine p = parse({});
+    ASSERT_EQ(p.outcome, ParsedCommandLine::Outcome::Run);
+    EXPECT_EQ(p.options.args.lTimeCardID, 0);
+    EXPECT_EQ(p.options.args.sUserEID, vdir::demoUser().entryId);
+    EXPECT_EQ(p.options.args.sUserName, vdir::demoUser().fullName());
+    EXPECT_FALSE(p.options.args.sTaskFolderEID.isEmpty());
+    EXPECT_TRUE(p.options.home.isEmpty());
+}
+
+TEST(DesktopCommandLine, HelpListsEveryArgumentAndBadInputIsNamed)
+{
+    const ParsedCommandLine help = parse({"--help"});
+    ASSERT_EQ(help.outcome, ParsedCommandLine::Outcome::Help);
+    for (const char* name : {"--time-card", "--contact-id", "--user-name", "--contact-folder", "--contact-folder-store",
+                             "--user-entry", "--user-folder-store", "--contact-name", "--select-contact-by-account",
+                             "--provider", "--manage-contacts", "--contact-term", "--main-activity-term",
+                             "--sub-activity-term", "--description", "--entry-type", "--category", "--main-activity",
+                             "--sub-activity", "--job-order-term", "--job-order", "--task-folder", "--task-folder-store",
+                             "--home"})
+        EXPECT_TRUE(help.text.contains(QLatin1String(name))) << name;
+
+    const ParsedCommandLine notNumber = parse({"--time-card", "seven"});
+    EXPECT_EQ(notNumber.outcome, ParsedCommandLine::Outcome::Error);
+    EXPECT_TRUE(notNumber.text.contains(QStringLiteral("--time-card")));
+    EXPECT_TRUE(notNumber.text.contains(QStringLiteral("seven")));
+    EXPECT_EQ(parse({"--contact-id", "99999999999"}).outcome, ParsedCommandLine::Outcome::Error);
+    EXPECT_EQ(parse({"--no-such-option"}).outcome, ParsedCommandLine::Outcome::Error);
+    EXPECT_EQ(parse({"stray"}).outcome, ParsedCommandLine::Outcome::Error);
+}
+
+// --- The embedded default ---
+
+TEST(EmbeddedDefault, FirstStartLaysOutWhatTheAdminToolSeeds)
+{
+    test::TempDir home;
+    ASSERT_TRUE(ensureEmbeddedDefault(home.path()));
+    EXPECT_TRUE(QFile::exists(sqlcipher::fileOf(sqlcipher::Db::Local, home.path())));
+    EXPECT_TRUE(QFile::exists(sqlcipher::fileOf(sqlcipher::Db::Link, home.path())));
+    EXPECT_TRUE(sqlcipher::checkDatabases(home.path()).isEmpty());
+    const QJsonObject dump = sqlcipher::dumpStore(home.path());
+    EXPECT_FALSE(dump.value(QStringLiteral("local")).toObject().value(QStringLiteral("tblSteplets")).toArray().isEmpty());
+    // Every demo contact has its card in the contact collection.
+    const QDir cards(QDir(home.path()).filePath(QStringLiteral("vdir/contacts")));
+    for (const vdir::DemoContact& c : vdir::demoContacts())
+        EXPECT_TRUE(cards.exists(c.entryId + QStringLiteral(".vcf"))) << c.entryId.toStdString();
+}
+
+TEST(EmbeddedDefault, ANextStartLeavesTheDataAlone)
+{
+    test::TempDir home;
+    ASSERT_TRUE(ensureEmbeddedDefault(home.path()));
+    const QJsonObject before = sqlcipher::dumpStore(home.path());
+    EXPECT_FALSE(ensureEmbeddedDefault(home.path()));
+    EXPECT_EQ(sqlcipher::dumpStore(home.path()), before);
+}
+
+TEST(EmbeddedDefault, AHomeWithOneDatabaseIsNotReseeded)
+{
+    test::TempDir home;
+    ASSERT_TRUE(ensureEmbeddedDefault(home.path()));
+    QFile::remove(sqlcipher::fileOf(sqlcipher::Db::Link, home.path()));
+    EXPECT_FALSE(ensureEmbeddedDefault(home.path()));
+    EXPECT_FALSE(QFile::exists(sqlcipher::fileOf(sqlcipher::Db::Link, home.path())));
+}
+
+// --- Failure reports ---
+
+TEST(DesktopReporter, AReportIsShownAndAppendedToTheLogUnderTheStateDirectory)
+{
+    test::widgetApp();
+    test::TempDir state;
+    qputenv("XDG_STATE_HOME", state.path().toUtf8());
+    EXPECT_TRUE(logFilePath().startsWith(state.path()));
+    qt::QtUiHost host;
+    QString shown;
+    test::Driver driver;
+    driver.then("the report", [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        shown = box->text();
+        EXPECT_EQ(box->icon(), QMessageBox::Critical);
+        box->button(QMessageBox::Ok)->click();
+    });
+    driver.start();
+    DesktopReporter(host).Report(QStringLiteral("1.0.0"), QStringLiteral("Division by zero"), QStringLiteral("11"),
+                                 QStringLiteral("Steplets"), QStringLiteral("OpenSteplets:Line 30"));
+    EXPECT_TRUE(shown.contains(QStringLiteral("Division by zero")));
+    EXPECT_TRUE(shown.contains(QStringLiteral("OpenSteplets:Line 30")));
+    QFile log(logFilePath());
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QString text = QString::fromUtf8(log.readAll());
+    for (const char* part : {"1.0.0", "Division by zero", "11", "Steplets", "OpenSteplets:Line 30"})
+        EXPECT_TRUE(text.contains(QLatin1String(part))) << part;
+    EXPECT_EQ(text.count(QLatin1Char('\n')), 1);
+    qunsetenv("XDG_STATE_HOME");
+}
+
+} // namespace
