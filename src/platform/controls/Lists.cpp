@@ -88,7 +88,10 @@ void ListBox::setSelected(int index, bool selected) {
     m_dataChanged = true;
     changed();
     if (m_style == Style::CheckBox) ItemCheck(index);
-    Click();
+    // Click follows the current row: a tick from code moves it there, an untick leaves it, so
+    // clearing ticks from code raises no Click. That is why the process button stays enabled
+    // after the launch has cleared the ticks.
+    if (selected) Click();
 }
 
 int ListBox::SelCount() const {
@@ -129,6 +132,7 @@ void ListBox::userTick(int row, bool checked) {
     m_listIndex = row;
     if (m_rows.at(row).selected != checked) {
         setSelected(row, checked);
+        if (!checked) Click();
     } else {
         m_dataChanged = true;
         Click();
@@ -140,8 +144,12 @@ void ListBox::userSelect(int row, bool selected) {
     form().moveFocus(this);
     if (m_multi != MultiSelect::None) {
         m_listIndex = row;
-        if (m_rows.at(row).selected != selected) setSelected(row, selected);
-        else Click();
+        if (m_rows.at(row).selected != selected) {
+            setSelected(row, selected);
+            if (!selected) Click();
+        } else {
+            Click();
+        }
         return;
     }
     if (!selected)

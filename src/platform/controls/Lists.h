@@ -55,7 +55,8 @@ public:
     int NewIndex() const { return m_newIndex; }
     // Ticked (check-box list) or selected (the others).
     bool Selected(int index) const { return m_rows.at(index).selected; }
-    // A change raises ItemCheck (check-box list) and Click, and sets the changed flag.
+    // A change raises ItemCheck (check-box list) and sets the changed flag; a tick also raises
+    // Click, an untick from code does not (the user's untick does, through userTick/userSelect).
     void setSelected(int index, bool selected);
     int SelCount() const;
     int ListIndex() const { return m_listIndex; }

@@ -221,7 +221,9 @@ TEST(UserActs, TypingStopsAtTheLimitAndEnterPressesTheDefaultButton) {
 }
 
 TEST(UserActs, TicksSelectionsTabsDatesAndGridRowsActAsTheMouseWould) {
-    auto host = hostWith(R"([{"tick": "lstTicks", "item": "b", "checked": true},
+    auto host = hostWith(R"([{"tick": "lstTicks", "item": "a", "checked": true},
+                             {"tick": "lstTicks", "item": "a", "checked": false},
+                             {"tick": "lstTicks", "item": "b", "checked": true},
                              {"select": "lstMulti", "row": 1},
                              {"select": "lstMulti", "row": 1, "selected": false},
                              {"select": "cboPick", "item": "two"},
@@ -245,9 +247,10 @@ TEST(UserActs, TicksSelectionsTabsDatesAndGridRowsActAsTheMouseWould) {
     w.grdResults.DblClick.connect([&] { log << QStringLiteral("grid %1").arg(w.grdResults.Row()); });
     w.abTools.ToolClick.connect([&](Tool& t) { log << QStringLiteral("tool %1").arg(t.ToolID()); });
     w.Show();
-    EXPECT_EQ(log, (QStringList{"lstTicks 1", "lstMulti 1", "lstMulti 0", "cboPick two", "tabMain down", "tabMain 2",
+    EXPECT_EQ(log, (QStringList{"lstTicks 0", "lstTicks 0", "lstTicks 1", "lstMulti 1", "lstMulti 0", "cboPick two", "tabMain down", "tabMain 2",
                                 "calDate 2026-04-15T00:00:00", "grid 1", "tool 0"}));
     EXPECT_TRUE(w.lstTicks.Selected(1));
+    EXPECT_FALSE(w.lstTicks.Selected(0)) << "the user's untick raised Click like the tick";
     EXPECT_TRUE(w.lstTicks.DataChanged());
 }
 

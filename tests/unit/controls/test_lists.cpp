@@ -63,7 +63,7 @@ TEST_F(Lists, ClearingAComboEmptiesItsTextWithoutAnEvent) {
     EXPECT_EQ(clicks.n, 0);
 }
 
-TEST_F(Lists, TicksSetByCodeRaiseItemCheckAndClickAndSetTheChangedFlag) {
+TEST_F(Lists, CodeTicksRaiseItemCheckAndClickUnticksOnlyItemCheckBothSetTheChangedFlag) {
     std::vector<int> checked;
     Counter clicks;
     w.lstTicks.ItemCheck.connect([&](int i) { checked.push_back(i); });
@@ -79,6 +79,8 @@ TEST_F(Lists, TicksSetByCodeRaiseItemCheckAndClickAndSetTheChangedFlag) {
     w.lstTicks.setSelected(0, false);
     EXPECT_TRUE(w.lstTicks.DataChanged());
     EXPECT_EQ(w.lstTicks.SelCount(), 1);
+    EXPECT_EQ(checked, (std::vector<int>{2, 0, 0})) << "an untick from code is an ItemCheck";
+    EXPECT_EQ(clicks.n, 2) << "an untick from code moves no current row, so it raises no Click";
 }
 
 TEST_F(Lists, RowsKeepTheirItemDataWhenRowsAreInsertedBeforeThem) {
