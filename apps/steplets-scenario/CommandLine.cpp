@@ -12,12 +12,14 @@ namespace steplets::scenario {
 namespace {
 
 const char* const kUsage =
-    "Usage: steplets-scenario FILE.json [--out TRANSCRIPT.json] [--keep DIR]\n"
+    "Usage: steplets-scenario FILE.json [--out TRANSCRIPT.json] [--keep DIR] [--host scripted|qt]\n"
     "Plays a scenario of a Steplets session with a scripted user on a virtual clock, over real\n"
     "databases, a vdir and a settings file in a fresh temporary directory.\n"
     "\n"
     "  --out FILE   write the transcript to FILE instead of standard output\n"
     "  --keep DIR   play in DIR (created if missing) and leave the stores there\n"
+    "  --host H     scripted (default): the windows' models alone; qt: the Qt Widgets\n"
+    "               windows, each step done as real input on them\n"
     "  --help       show this text\n"
     "  --version    show the version\n"
     "\n"
@@ -28,6 +30,7 @@ struct Options {
     QString file;
     QString out;
     QString keep;
+    Host host = Host::Scripted;
 };
 
 // The arguments, or a usage problem in *problem.
@@ -39,6 +42,13 @@ std::optional<Options> parseArguments(const QStringList& args, QString* problem)
         if (a == QLatin1String("--out") || a == QLatin1String("--keep")) {
             if (i + 1 >= args.size()) { *problem = QStringLiteral("%1 needs a value").arg(a); return std::nullopt; }
             (a == QLatin1String("--out") ? o.out : o.keep) = args[++i];
+        } else if (a == QLatin1String("--host")) {
+            const QString h = i + 1 < args.size() ? args[++i] : QString();
+            if (h != QLatin1String("scripted") && h != QLatin1String("qt")) {
+                *problem = QStringLiteral("--host takes scripted or qt");
+                return std::nullopt;
+            }
+            o.host = h == QLatin1String("qt") ? Host::Qt : Host::Scripted;
         } else if (a.startsWith(QLatin1Char('-')) && a != QLatin1String("-")) {
             *problem = QStringLiteral("unknown option '%1'").arg(a);
             return std::nullopt;
@@ -70,6 +80,12 @@ bool writeTranscript(const QJsonObject& t, const Options& o, QTextStream& out, Q
 }
 
 } // namespace
+
+bool wantsQtHost(const QStringList& args)
+{
+    const int i = args.indexOf(QStringLiteral("--host"));
+    return i >= 0 && i + 1 < args.size() && args[i + 1] == QLatin1String("qt");
+}
 
 int runCommand(const QStringList& args, QTextStream& out, QTextStream& err)
 {
@@ -104,7 +120,7 @@ int runCommand(const QStringList& args, QTextStream& out, QTextStream& err)
         return CannotPlay;
     }
     // 3. Play, then write what happened.
-    const PlayResult result = play(*scenario, dir);
+    const PlayResult result = play(*scenario, dir, options->host);
     if (result.transcript && !writeTranscript(*result.transcript, *options, out, &problem)) {
         err << file << ": " << problem << "\n";
         return result.exit == Passed ? CannotPlay : result.exit;

@@ -4,6 +4,8 @@
 #include "Transcript.h"
 #include "Workspace.h"
 #include "backends/qsettings/IniSettings.h"
+#include "QtScriptDriver.h"
+#include "QtUiHost.h"
 #include "backends/scripted/ScriptedHost.h"
 #include "backends/sqlcipher/SqlCipherStore.h"
 #include "backends/vdir/VdirStore.h"
@@ -19,11 +21,11 @@ namespace {
 // The reporting object of the support library: each report it receives becomes an event.
 class RecordingReporter : public ErrorReporter {
 public:
-    explicit RecordingReporter(scripted::ScriptedHost& host) : m_host(host) {}
+    explicit RecordingReporter(scripted::EventLog& log) : m_log(log) {}
     void Report(const QString& version, const QString& description, const QString& number, const QString& source,
                 const QString& location) override
     {
-        m_host.record(QStringLiteral("report"), QJsonObject{{QStringLiteral("version"), version},
+        m_log.record(QStringLiteral("report"), QJsonObject{{QStringLiteral("version"), version},
                                                             {QStringLiteral("description"), description},
                                                             {QStringLiteral("number"), number},
                                                             {QStringLiteral("source"), source},
@@ -31,7 +33,7 @@ public:
     }
 
 private:
-    scripted::ScriptedHost& m_host;
+    scripted::EventLog& m_log;
 };
 
 // Names for items first saved in the session, in order, avoiding the scenario's own.
@@ -65,17 +67,45 @@ QStringList entryIdsOf(const QList<QJsonObject>& items)
 // Where the task collection waits while it is gone from the vdir.
 QString goneFolder(const QString& folder) { return folder + QStringLiteral(".gone"); }
 
-// The composition root of a played session: every port on a real backend in the workspace.
+// The composition root of a played session: every port on a real backend in the workspace, the
+// windows on the chosen host, the script and the clock with it.
 struct Wiring {
-    std::shared_ptr<scripted::ScriptedHost> host;
+    std::shared_ptr<UiHost> host;
+    scripted::Script* script = nullptr;
+    scripted::EventLog* log = nullptr;
+    // The Qt host's own: the scripted host keeps its script, clock and log itself.
+    std::optional<scripted::Script> qtScript;
+    std::shared_ptr<scripted::VirtualClock> qtClock;
+    std::unique_ptr<scripted::EventLog> qtLog;
+    std::unique_ptr<qtplay::QtScriptDriver> qtDriver;
     std::shared_ptr<CreatedItems> created;
     std::shared_ptr<ol::Application> app;
 };
 
-Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order)
+void wireHost(Wiring& w, const Scenario& s, Host on)
+{
+    if (on == Host::Scripted) {
+        auto host = std::make_shared<scripted::ScriptedHost>(s.script, s.now.toQDateTime());
+        w.script = const_cast<scripted::Script*>(&host->script());
+        w.log = &host->log();
+        w.host = host;
+        return;
+    }
+    w.qtScript = s.script;
+    w.qtClock = std::make_shared<scripted::VirtualClock>(s.now.toQDateTime());
+    w.qtLog = std::make_unique<scripted::EventLog>(*w.qtClock);
+    auto host = std::make_shared<qt::QtUiHost>(w.qtClock);
+    w.qtDriver = std::make_unique<qtplay::QtScriptDriver>(*w.qtScript, *w.qtClock, *w.qtLog, *host);
+    host->setDriver(w.qtDriver.get());
+    w.script = &*w.qtScript;
+    w.log = w.qtLog.get();
+    w.host = host;
+}
+
+Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order, Host on)
 {
     Wiring w;
-    w.host = std::make_shared<scripted::ScriptedHost>(s.script, s.now.toQDateTime());
+    wireHost(w, s, on);
     QSet<QString> taken(order.givenTasks.begin(), order.givenTasks.end());
     for (const QString& id : order.givenContacts) taken.insert(id);
     w.created = std::make_shared<CreatedItems>(taken);
@@ -84,7 +114,7 @@ Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order)
     config.root = ws.vdirRoot();
     config.storeId = s.outlook.storeID;
     config.version = s.outlook.version;
-    scripted::ScriptedHost* host = w.host.get();
+    UiHost* host = w.host.get();
     config.clock = [host] { return host->Now(); };
     config.entryIds = [created = w.created] { return created->next(); };
     if (s.outlook.taskFolderGoneAfter) {
@@ -102,7 +132,7 @@ Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order)
     ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
     ports.settings = std::make_shared<IniSettings>(ws.configDir());
     ports.ui = w.host;
-    ports.errorReporter = [host] { return std::make_unique<RecordingReporter>(*host); };
+    ports.errorReporter = [log = w.log] { return std::make_unique<RecordingReporter>(*log); };
     ports.componentDirectory = ws.dir;
     return w;
 }
@@ -114,7 +144,7 @@ std::pair<int, QString> callHost(const Scenario& s, Wiring& w)
         HostArguments args = s.host;
         args.olApp = w.app;
         args.olNS = w.app->GetNamespace(QStringLiteral("MAPI"));
-        scripted::ScriptedHost* host = w.host.get();
+        UiHost* host = w.host.get();
         clsSteplets component([host] { return makeChooserWindow(*host); });
         args.callOn(component);
     } catch (const HostAbort& abort) {
@@ -126,15 +156,15 @@ std::pair<int, QString> callHost(const Scenario& s, Wiring& w)
     } catch (const std::exception& e) {
         return {ComponentFailed, QStringLiteral("the component failed: %1 left OpenSteplets").arg(QString::fromUtf8(e.what()))};
     }
-    if (!w.host->script().atEnd())
+    if (!w.script->atEnd())
         return {CannotPlay, QStringLiteral("%1 cannot be done: the session ended before it")
-                                .arg(w.host->script().peek().describe())};
+                                .arg(w.script->peek().describe())};
     return {Passed, {}};
 }
 
 } // namespace
 
-PlayResult play(const Scenario& scenario, const QString& dir)
+PlayResult play(const Scenario& scenario, const QString& dir, Host on)
 {
     PlayResult result;
     // 1. Set up the stores as the scenario has them.
@@ -146,7 +176,7 @@ PlayResult play(const Scenario& scenario, const QString& dir)
     }
     // 2. Wire the ports and make the host's call.
     const ItemOrder order{entryIdsOf(scenario.outlook.tasks), entryIdsOf(scenario.outlook.contacts), {}};
-    Wiring w = wire(scenario, ws, order);
+    Wiring w = wire(scenario, ws, order, on);
     const auto [exit, why] = callHost(scenario, w);
     if (scenario.outlook.taskFolderGoneAfter) {
         const QString folder = QDir(ws.vdirRoot()).filePath(scenario.host.sTaskFolderEID);
@@ -155,7 +185,7 @@ PlayResult play(const Scenario& scenario, const QString& dir)
     // 3. The transcript, read back from the files.
     TranscriptParts parts;
     if (exit != Passed) parts.status = why;
-    parts.events = w.host->events();
+    parts.events = w.log->events();
     parts.errorTrail = session().ErrorTrail;
     ItemOrder listed = order;
     listed.created = w.created->names();
@@ -171,6 +201,7 @@ PlayResult play(const Scenario& scenario, const QString& dir)
         }
     }
     process().ports = Ports();
+    if (w.qtDriver) w.qtDriver.reset();
     return result;
 }
 

@@ -17,7 +17,11 @@ struct PlayResult {
     std::optional<QJsonObject> transcript;  // none when the set-up could not be done
 };
 
-// Plays in `dir`, which must exist and hold no databases.
-PlayResult play(const Scenario& scenario, const QString& dir);
+// The host that renders the windows: the scripted host's models alone, or the Qt Widgets host
+// on the offscreen platform (real widgets, real input, the same virtual clock).
+enum class Host { Scripted, Qt };
+
+// Plays in `dir`, which must exist and hold no databases. The Qt host needs a QApplication.
+PlayResult play(const Scenario& scenario, const QString& dir, Host on = Host::Scripted);
 
 } // namespace steplets::scenario

@@ -1,13 +1,23 @@
 // steplets-scenario: plays one scenario file in a fresh process.
 #include "CommandLine.h"
+#include <QApplication>
 #include <QCoreApplication>
+#include <memory>
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
+    QStringList args;
+    for (int i = 1; i < argc; ++i) args << QString::fromLocal8Bit(argv[i]);
+    // The Qt host draws real widgets (offscreen unless a platform is named).
+    std::unique_ptr<QCoreApplication> app;
+    if (steplets::scenario::wantsQtHost(args)) {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+        app = std::make_unique<QApplication>(argc, argv);
+        QApplication::setQuitOnLastWindowClosed(false);
+    } else {
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    }
     QTextStream out(stdout);
     QTextStream err(stderr);
-    QStringList args = QCoreApplication::arguments();
-    args.removeFirst();
     return steplets::scenario::runCommand(args, out, err);
 }

@@ -74,6 +74,8 @@ public:
     virtual void showModal(Form& form) = 0;
     virtual void formLoaded(Form& form) = 0;
     virtual void formHidden(Form& form) = 0;
+    // A hidden form made visible again without a show of its own (its modal show goes on).
+    virtual void formRevealed(Form& form) = 0;
     virtual void formUnloaded(Form& form) = 0;
     virtual void formDestroyed(Form& form) = 0;
 

@@ -9,12 +9,9 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
-#ifdef STEPLETS_QT_ITEM_WINDOWS
-#include "ItemWindows.h"
-#endif
-#ifdef STEPLETS_QT_CONTACT_PICKER
 #include "ContactPickerDialog.h"
-#endif
+#include "ContactWindow.h"
+#include "TaskWindow.h"
 
 namespace steplets::qt {
 
@@ -43,7 +40,7 @@ Qt::CursorShape cursorOf(int pointer)
 
 } // namespace
 
-QtUiHost::QtUiHost() : m_context(std::make_unique<QObject>()) {}
+QtUiHost::QtUiHost(std::shared_ptr<HostClock> clock) : m_context(std::make_unique<QObject>()), m_clock(std::move(clock)) {}
 
 QtUiHost::~QtUiHost()
 {
@@ -71,9 +68,11 @@ void QtUiHost::runUserAct(const std::function<void()>& body)
     if (m_abort) return;   // the session is ending: nothing more runs
     try {
         body();
-    } catch (const UserActionRefused&) {
-        // The widget let the user try something the window does not allow right now.
-        QApplication::beep();
+    } catch (const UserActionRefused& refused) {
+        // The widget let the user try something the window does not allow right now. A person
+        // hears a beep; a played user that tries it has a script that cannot be played.
+        if (!m_driver) QApplication::beep();
+        else keep(std::make_exception_ptr(HostAbort(HostAbort::Reason::CannotPlay, QString::fromUtf8(refused.what()))));
     } catch (const HostAbort&) {
         keep(std::current_exception());
     } catch (const Failure& f) {
@@ -90,6 +89,21 @@ void QtUiHost::keep(std::exception_ptr failure)
 {
     if (!m_abort) m_abort = std::move(failure);
     for (const ModalLevel& level : m_levels) level.loop->quit();
+    // done(), not reject(): a changed task form would ask before it closes.
+    for (const QPointer<QDialog>& d : m_dialogs)
+        if (d) d->done(QDialog::Rejected);
+}
+
+void QtUiHost::abort(const HostAbort& abort) { keep(std::make_exception_ptr(abort)); }
+
+int QtUiHost::execDialog(QDialog& dialog, const UserWait& wait)
+{
+    m_dialogs.emplace_back(&dialog);
+    if (m_driver) m_driver->waiting(wait);
+    const int result = m_abort ? int(QDialog::Rejected) : dialog.exec();
+    if (m_driver) m_driver->doneWaiting(wait);
+    std::erase_if(m_dialogs, [&dialog](const QPointer<QDialog>& d) { return !d || d == &dialog; });
+    return result;
 }
 
 void QtUiHost::rethrowAbort()
@@ -132,10 +146,14 @@ void QtUiHost::showModal(Form& form)
         Pop pop{this, &form};
         view->present(below);
         // 2. Activate, then the focus settles on the widgets.
+        if (m_driver) m_driver->formShown(form);
         runUserAct([&form] { form.activate(); });
-        view->flush();
+        if (FormView* v = viewOf(form)) v->flush();
         // 3. The loop runs until the form is no longer shown (or a failure ends the session).
+        const UserWait wait{UserWait::Kind::Form, viewOf(form), &form, nullptr, nullptr, nullptr};
+        if (m_driver) m_driver->waiting(wait);
         while (!m_abort && stillShown(form)) loop.exec();
+        if (m_driver) m_driver->doneWaiting(wait);
         if (FormView* v = viewOf(form); v && !stillShown(form)) v->hide();
     }
     rethrowAbort();
@@ -163,8 +181,24 @@ void QtUiHost::formHidden(Form& form)
     scheduleLoopCheck();
 }
 
+void QtUiHost::formRevealed(Form& form)
+{
+    // Back on the screen where its modal show left it, over whatever is shown now.
+    FormView* view = viewOf(form);
+    if (!view || view->isVisible() || form.modalDepth() == 0) return;
+    view->present(visibleViewBelowTop());
+}
+
+QWidget* QtUiHost::visibleViewBelowTop() const
+{
+    for (auto it = m_stack.rbegin(); it != m_stack.rend(); ++it)
+        if (FormView* v = viewOf(**it); v && v->isVisible()) return v;
+    return nullptr;
+}
+
 void QtUiHost::formUnloaded(Form& form)
 {
+    if (m_driver) m_driver->formUnloaded(form);
     for (Timer* t : form.timers()) timerChanged(*t);
     if (FormView* v = m_views.take(&form)) {
         v->detach();
@@ -225,23 +259,28 @@ MsgBoxAnswer QtUiHost::messageBox(const MessageBoxRequest& box)
         break;
     }
     mb.setDefaultButton(buttons.front().first);
-    mb.exec();
+    execDialog(mb, UserWait{UserWait::Kind::MsgBox, &mb, nullptr, &box, nullptr, nullptr});
     rethrowAbort();
-    for (const auto& [button, answer] : buttons)
-        if (mb.clickedButton() == button) return answer;
-    return buttons.size() > 1 ? buttons.back().second : buttons.front().second;
+    MsgBoxAnswer answer = buttons.size() > 1 ? buttons.back().second : buttons.front().second;
+    for (const auto& [button, a] : buttons)
+        if (mb.clickedButton() == button) answer = a;
+    if (m_driver) m_driver->messageBoxAnswered(box, answer);
+    return answer;
 }
 
 // --- Event loop, timers, clock, pointer ---
 
 void QtUiHost::DoEvents()
 {
+    if (m_driver) m_driver->yielding(true);
     QCoreApplication::processEvents(QEventLoop::AllEvents);
+    if (m_driver) m_driver->yielding(false);
     rethrowAbort();
 }
 
 void QtUiHost::timerChanged(Timer& timer)
 {
+    if (m_clock) return m_clock->timerChanged(timer);
     QTimer* qt = m_timers.value(&timer);
     if (!timer.armed()) {
         if (qt) qt->stop();
@@ -261,13 +300,14 @@ void QtUiHost::timerChanged(Timer& timer)
 
 void QtUiHost::timerDestroyed(Timer& timer)
 {
+    if (m_clock) return m_clock->timerDestroyed(timer);
     if (QTimer* qt = m_timers.take(&timer)) {
         qt->stop();
         qt->deleteLater();
     }
 }
 
-Date QtUiHost::Now() { return Date::fromQDateTime(QDateTime::currentDateTime()); }
+Date QtUiHost::Now() { return m_clock ? m_clock->now() : Date::fromQDateTime(QDateTime::currentDateTime()); }
 
 void QtUiHost::setScreenMousePointer(int pointer)
 {
@@ -285,35 +325,36 @@ void QtUiHost::setScreenMousePointer(int pointer)
 void QtUiHost::displayTask(ol::TaskItem& item, bool modal)
 {
     Q_UNUSED(modal);   // the item windows are always modal here: nothing else could own them
-#ifdef STEPLETS_QT_ITEM_WINDOWS
-    showTaskWindow(activeWindow(), item);
-#else
-    QMessageBox::information(activeWindow(), QStringLiteral("Task"), item.Subject());
-#endif
+    if (m_driver) m_driver->itemDisplayed(item, false);
+    TaskWindow window(item, activeWindow());
+    execDialog(window, UserWait{UserWait::Kind::Item, &window, nullptr, nullptr, &item, nullptr});
     rethrowAbort();
 }
 
 void QtUiHost::displayContact(ol::ContactItem& item, bool modal)
 {
-    Q_UNUSED(modal);
-#ifdef STEPLETS_QT_ITEM_WINDOWS
-    showContactWindow(activeWindow(), item);
-#else
-    QMessageBox::information(activeWindow(), QStringLiteral("Contact"), item.get(QStringLiteral("FullName")).textOrEmpty());
-#endif
+    if (m_driver) m_driver->itemDisplayed(item, true);
+    if (!modal) {
+        // Display(False): the card stays up beside the window and the caller goes on at once.
+        // The window has read all it shows, so it outlives the caller's hold on the item.
+        auto* window = new ContactWindow(item, activeWindow());
+        window->setAttribute(Qt::WA_DeleteOnClose);
+        window->setModal(false);
+        window->show();
+        return;
+    }
+    ContactWindow window(item, activeWindow());
+    execDialog(window, UserWait{UserWait::Kind::Item, &window, nullptr, nullptr, &item, nullptr});
     rethrowAbort();
 }
 
 ContactPickerResult QtUiHost::pickContact(const ContactPickerRequest& request)
 {
-#ifdef STEPLETS_QT_CONTACT_PICKER
-    ContactPickerResult result = runContactPickerDialog(activeWindow(), request, *this);
+    if (m_driver) m_driver->pickerOpened(request);
+    ContactPickerDialog dialog(request, *this, activeWindow());
+    execDialog(dialog, UserWait{UserWait::Kind::Picker, &dialog, nullptr, nullptr, nullptr, &request});
     rethrowAbort();
-    return result;
-#else
-    Q_UNUSED(request);
-    return {};
-#endif
+    return dialog.choice();
 }
 
 } // namespace steplets::qt

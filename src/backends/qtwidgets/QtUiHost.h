@@ -1,11 +1,15 @@
 #pragma once
 // The UI host on Qt Widgets. Each loaded form gets a FormView (its widgets); a modal show runs a
-// nested QEventLoop of its own until the form is no longer shown; timers run on QTimer; the
-// present moment is the system clock. A failure that escapes an event handler cannot travel
-// through Qt's event dispatch: it is kept, every modal loop ends, and it is raised again where
-// the component called the host (the show, DoEvents, a message box), as a HostAbort.
+// nested QEventLoop of its own until the form is no longer shown. Time comes from the clock the
+// composition root hands in: without one, the system clock and QTimer. A failure that escapes an
+// event handler cannot travel through Qt's event dispatch: it is kept, every modal loop and
+// dialog ends, and it is raised again where the component called the host (the show, DoEvents,
+// a message box), as a HostAbort.
 #include "HostAbort.h"
+#include "HostClock.h"
 #include "UiHost.h"
+#include "UserDriver.h"
+#include <QDialog>
 #include <QHash>
 #include <QPointer>
 #include <exception>
@@ -13,6 +17,7 @@
 #include <memory>
 #include <vector>
 
+class QDialog;
 class QEventLoop;
 class QObject;
 class QTimer;
@@ -24,8 +29,13 @@ class FormView;
 
 class QtUiHost : public UiHost {
 public:
-    QtUiHost();
+    // `clock` nullptr: the system clock and real timers.
+    explicit QtUiHost(std::shared_ptr<HostClock> clock = nullptr);
     ~QtUiHost() override;
+
+    // A driver plays the user (nullptr: a person does). With a driver, an act the window refuses
+    // cannot be played and ends the session instead of beeping.
+    void setDriver(UserDriver* driver) { m_driver = driver; }
 
     // The view of a loaded form (nullptr when it has none).
     FormView* viewOf(const Form& form) const;
@@ -38,11 +48,14 @@ public:
     void runUserAct(const std::function<void()>& body);
     // Whether a failure escaped and the session is being ended.
     bool aborting() const { return static_cast<bool>(m_abort); }
+    // Ends the session: every loop and dialog closes, and the host's caller gets `abort`.
+    void abort(const HostAbort& abort);
 
     // UiHost
     void showModal(Form& form) override;
     void formLoaded(Form& form) override;
     void formHidden(Form& form) override;
+    void formRevealed(Form& form) override;
     void formUnloaded(Form& form) override;
     void formDestroyed(Form& form) override;
     MsgBoxAnswer messageBox(const MessageBoxRequest& box) override;
@@ -70,9 +83,15 @@ private:
     void checkLoops();
     void rethrowAbort();
     void keep(std::exception_ptr failure);
+    // Runs a dialog of the host's own modally, as a wait for the user.
+    int execDialog(QDialog& dialog, const UserWait& wait);
+    QWidget* visibleViewBelowTop() const;
 
     // Deferred calls are bound to it, so none runs after the host is gone.
     std::unique_ptr<QObject> m_context;
+    std::shared_ptr<HostClock> m_clock;
+    UserDriver* m_driver = nullptr;
+    std::vector<QPointer<QDialog>> m_dialogs;
     QHash<const Form*, FormView*> m_views;
     QHash<Timer*, QTimer*> m_timers;
     std::vector<Form*> m_stack;

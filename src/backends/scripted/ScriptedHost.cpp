@@ -35,13 +35,6 @@ ScriptedHost::ScriptedHost(Script script, QDateTime start)
 
 ScriptedHost::~ScriptedHost() = default;
 
-void ScriptedHost::record(const QString& key, const QJsonValue& value) { record(QJsonObject{{key, value}}); }
-
-void ScriptedHost::record(QJsonObject members) {
-    members.insert(QStringLiteral("at"), m_clock.stamp());
-    m_events.append(members);
-}
-
 [[noreturn]] void ScriptedHost::cannotPlay(const QString& why) {
     throw HostAbort(HostAbort::Reason::CannotPlay, why);
 }
@@ -113,7 +106,7 @@ void ScriptedHost::showModal(Form& form) {
     };
     {
         Pop pop{this, &form};
-        record(QJsonObject{{QStringLiteral("show"), form.name()}, {QStringLiteral("caption"), form.Caption()}});
+        m_log.shown(form);
         run(form.name() + QStringLiteral(": Activate"), [&] { form.activate(); });
         const Waiting w{
             [&form](const Step& s) {
@@ -143,7 +136,7 @@ void ScriptedHost::formLoaded(Form& form) {
 void ScriptedHost::formHidden(Form&) {}
 
 void ScriptedHost::formUnloaded(Form& form) {
-    record(QStringLiteral("unload"), form.name());
+    m_log.unloaded(form);
     for (Timer* t : form.timers()) m_clock.timerChanged(*t);
 }
 
@@ -164,13 +157,7 @@ MsgBoxAnswer ScriptedHost::messageBox(const MessageBoxRequest& box) {
         cannotPlay(QStringLiteral("%1: the message box shown has the title \"%2\"").arg(step.describe(), box.title));
     if (step.json.contains(QStringLiteral("text")) && step.json.value(QStringLiteral("text")).toString() != box.text)
         cannotPlay(QStringLiteral("%1: the message box shown has the text \"%2\"").arg(step.describe(), box.text));
-    record(QStringLiteral("msgbox"),
-           QJsonObject{{QStringLiteral("title"), box.title},
-                       {QStringLiteral("text"), box.text},
-                       {QStringLiteral("buttons"), MessageBoxRequest::buttonsName(box.buttons)},
-                       {QStringLiteral("icon"), MessageBoxRequest::iconName(box.icon)},
-                       {QStringLiteral("systemModal"), box.systemModal},
-                       {QStringLiteral("answer"), answer}});
+    m_log.messageBox(box, answer);
     return answerOf(answer);
 }
 
@@ -218,7 +205,7 @@ void ScriptedHost::displayTask(ol::TaskItem& item, bool modal) { displayItem(ite
 void ScriptedHost::displayContact(ol::ContactItem& item, bool modal) { displayItem(item, QStringLiteral("contact"), modal); }
 
 void ScriptedHost::displayItem(ol::Item& item, const QString& kind, bool modal) {
-    record(QStringLiteral("display"), QJsonObject{{QStringLiteral("EntryID"), item.EntryID()}, {QStringLiteral("kind"), kind}});
+    m_log.displayed(item, kind);
     if (!modal) return;
     const Waiting w{[](const Step& s) { return s.kind == Step::Kind::Item; }, [] { return true; },
                     QStringLiteral("the %1 window of \"%2\"").arg(kind, item.EntryID())};
@@ -250,17 +237,7 @@ void ScriptedHost::displayItem(ol::Item& item, const QString& kind, bool modal) 
 }
 
 ContactPickerResult ScriptedHost::pickContact(const ContactPickerRequest& request) {
-    QJsonObject args;
-    for (const auto& [name, value] : request.arguments) args.insert(name, value.toJson());
-    args.insert(QStringLiteral("version"), request.version);
-    // What the picker offered, so a scenario can check the list a person would have seen.
-    QJsonArray offered;
-    for (const ContactPickerRow& row : request.rows)
-        offered.append(QJsonObject{{QStringLiteral("ContactID"), row.contactID}, {QStringLiteral("name"), row.name},
-                                   {QStringLiteral("EntryID"), row.entryID}, {QStringLiteral("company"), row.company},
-                                   {QStringLiteral("email"), row.email}, {QStringLiteral("hasCard"), row.hasCard}});
-    args.insert(QStringLiteral("offered"), offered);
-    record(QStringLiteral("picker"), args);
+    m_log.picker(request);
     const Waiting w{[](const Step& s) { return s.kind == Step::Kind::Picker; }, [] { return true; },
                     QStringLiteral("the contact picker")};
     const Step step = *nextStep(w);

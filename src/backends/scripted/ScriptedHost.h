@@ -4,6 +4,7 @@
 // an item window, the contact picker) the host takes the next step of the script. A step meant
 // for something that is not waiting lets time pass: the earliest timer fires and the host looks
 // again. Everything seen is recorded as the transcript's events.
+#include "EventLog.h"
 #include "HostAbort.h"
 #include "Script.h"
 #include "UiHost.h"
@@ -21,10 +22,10 @@ public:
     ~ScriptedHost() override;
 
     // The transcript's events so far, each with its "at".
-    const QJsonArray& events() const { return m_events; }
-    // Adds an event {"at": now, key: value, ...}; the runner adds the reports this way.
-    void record(const QString& key, const QJsonValue& value);
-    void record(QJsonObject members);
+    const QJsonArray& events() const { return m_log.events(); }
+    // The runner adds the reports here.
+    EventLog& log() { return m_log; }
+    void record(const QString& key, const QJsonValue& value) { m_log.record(key, value); }
     const Script& script() const { return m_script; }
     VirtualClock& clock() { return m_clock; }
     // The modal windows now shown, the active one last.
@@ -34,6 +35,7 @@ public:
     void showModal(Form& form) override;
     void formLoaded(Form& form) override;
     void formHidden(Form& form) override;
+    void formRevealed(Form&) override {}
     void formUnloaded(Form& form) override;
     void formDestroyed(Form& form) override;
     MsgBoxAnswer messageBox(const MessageBoxRequest& box) override;
@@ -68,7 +70,7 @@ private:
 
     Script m_script;
     VirtualClock m_clock;
-    QJsonArray m_events;
+    EventLog m_log{m_clock};
     std::vector<Form*> m_stack;
     int m_mousePointer = 0;
     QString m_helpFile;

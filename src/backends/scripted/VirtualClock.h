@@ -2,6 +2,7 @@
 // Time for a scripted session: it stands still while the component works and moves only from
 // timer to timer, or by a scripted wait, so paced work takes no real time and every run of a
 // scenario sees the same moments.
+#include "HostClock.h"
 #include "runtime/Date.h"
 #include <QDateTime>
 #include <QString>
@@ -14,20 +15,21 @@ class Timer;
 
 namespace steplets::scripted {
 
-class VirtualClock {
+class VirtualClock : public HostClock {
 public:
     explicit VirtualClock(QDateTime start);
 
     QDateTime moment() const { return m_start.addMSecs(m_elapsed); }
-    Date now() const { return Date::fromQDateTime(moment()); }
+    Date now() override { return Date::fromQDateTime(moment()); }
     qint64 elapsedMs() const { return m_elapsed; }
     // "YYYY-MM-DDTHH:MM:SS", with ".mmm" when not on a whole second.
     QString stamp() const;
 
     // A timer's Enabled, Interval or window changed: it falls due one interval from now, or
     // leaves the schedule when it can no longer tick.
-    void timerChanged(Timer& timer);
+    void timerChanged(Timer& timer) override;
     void forget(Timer& timer);
+    void timerDestroyed(Timer& timer) override { forget(timer); }
 
     // Whether a timer is scheduled that can fire now (one whose handler is running cannot).
     bool hasTimer() const;

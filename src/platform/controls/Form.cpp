@@ -62,8 +62,10 @@ void Form::Hide() {
 void Form::setVisible(bool visible) {
     if (!visible) { Hide(); return; }
     if (!m_loaded) Load();
+    const bool wasHidden = !m_visible;
     m_visible = true;
     formChanged();
+    if (wasHidden) m_host.formRevealed(*this);
 }
 
 bool Form::Unload(int unloadMode) {
