@@ -103,6 +103,12 @@ int runSession(const HostOptions& options, const std::shared_ptr<qt::QtUiHost>& 
         clsSteplets component([raw] { return makeChooserWindow(*raw); });
         args.callOn(component);
     } catch (const HostAbort& abort) {
+        if (abort.reason() == HostAbort::Reason::CannotPlay) {
+            // Only a played script stops this way: its player, not a user, wants to know why.
+            QTextStream(stderr) << "steplets: " << abort.message() << "\n";
+            process().ports = Ports();
+            return 2;
+        }
         // A failure no handler took: the window is gone, the user and the log are told.
         DesktopReporter(*host).Report(modDLLErrHandler::VersionText(), abort.message(), QStringLiteral("0"),
                                       QStringLiteral("steplets"), QStringLiteral("event handler"));

@@ -109,8 +109,13 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments)
     const QCommandLineOption outlookVersion(QStringLiteral("outlook-version"),
                                             QStringLiteral("Version the task store reports (default 11.0.5510)."),
                                             QStringLiteral("V"));
+    const QCommandLineOption play(QStringLiteral("play"),
+                                  QStringLiteral("Play the steps of a scenario file's script as the user's input, "
+                                                 "on a clock that starts now and moves from timer to timer."),
+                                  QStringLiteral("FILE"));
     parser.addOption(home);
     parser.addOption(outlookVersion);
+    parser.addOption(play);
     QList<QCommandLineOption> hostOptions;
     for (const ArgumentOption& o : argumentOptions()) {
         hostOptions << (o.valueName ? QCommandLineOption(QLatin1String(o.name), QLatin1String(o.help), QLatin1String(o.valueName))
@@ -152,6 +157,7 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments)
     }
     result.options.home = parser.value(home);
     if (parser.isSet(outlookVersion)) result.options.outlookVersion = parser.value(outlookVersion);
+    result.options.playFile = parser.value(play);
     return result;
 }
 

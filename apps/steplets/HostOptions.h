@@ -12,6 +12,7 @@ struct HostOptions {
     HostArguments args;          // as the host will pass them
     QString home;                // the component's directory; empty: $STEPLETS_HOME, else the default
     QString outlookVersion = QStringLiteral("11.0.5510");
+    QString playFile;            // a scenario file whose script plays the user (tests, demonstrations)
 };
 
 struct ParsedCommandLine {

@@ -3,6 +3,7 @@
 // the embedded demo data on first start. Exit 0 when the session ended, 1 when a failure escaped,
 // 2 on wrong usage.
 #include "Desktop.h"
+#include "Playback.h"
 #include "QtUiHost.h"
 #include <QApplication>
 #include <QTextStream>
@@ -34,6 +35,21 @@ int main(int argc, char** argv)
     QApplication::setApplicationVersion(QStringLiteral(STEPLETS_VERSION_TEXT));
     // The session ends when OpenSteplets returns, not when a window closes.
     QApplication::setQuitOnLastWindowClosed(false);
-    auto host = std::make_shared<qt::QtUiHost>();
-    return desktop::runSession(parsed.options, host);
+    std::unique_ptr<desktop::Playback> playback;
+    if (!parsed.options.playFile.isEmpty()) {
+        QString problem;
+        playback = desktop::Playback::load(parsed.options.playFile, &problem);
+        if (!playback) {
+            QTextStream(stderr) << "steplets: " << problem << "\n";
+            return 2;
+        }
+    }
+    auto host = std::make_shared<qt::QtUiHost>(playback ? playback->clock() : nullptr);
+    if (playback) playback->attach(*host);
+    const int status = desktop::runSession(parsed.options, host);
+    if (playback && status == 0 && !playback->leftOver().isEmpty()) {
+        QTextStream(stderr) << "steplets: " << playback->leftOver() << "\n";
+        return 2;
+    }
+    return status;
 }
