@@ -200,6 +200,9 @@ PlayResult play(const Scenario& scenario, const QString& dir, Host on)
             result.problem = QStringLiteral("expectation not met: ") + mismatch;
         }
     }
+    // The host lets go of what it handed the component; the store's objects hold the windows' host.
+    session().olApp.reset();
+    session().olNS.reset();
     process().ports = Ports();
     if (w.qtDriver) w.qtDriver.reset();
     return result;

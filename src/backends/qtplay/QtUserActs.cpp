@@ -293,12 +293,47 @@ void clickTool(QWidget* w, const Step& step, const QString& what)
     refuse(QStringLiteral("%1 has no tool %2").arg(what, name));
 }
 
+// What a control's widget shows against what its model says, for the states a person reads off
+// the screen; empty when they agree.
+QString shownDiffers(qt::FormView& view, const Control& c)
+{
+    QWidget* w = view.widgetOf(c);
+    if (!w) return {};
+    auto differs = [&](const char* what, const QString& shown, const QString& model) {
+        return QStringLiteral("%1 shows %2 \"%3\" but its model says \"%4\"").arg(c.key(), QLatin1String(what), shown, model);
+    };
+    const bool visible = c.effectivelyVisible();
+    if (w->isVisible() != visible) return differs("visible", QString::number(w->isVisible()), QString::number(visible));
+    if (!visible) return {};
+    if (w->isEnabled() != c.effectivelyEnabled())
+        return differs("enabled", QString::number(w->isEnabled()), QString::number(c.effectivelyEnabled()));
+    if (auto* e = qobject_cast<QLineEdit*>(w); e && e->text() != static_cast<const TextBox&>(c).Text())
+        return differs("the text", e->text(), static_cast<const TextBox&>(c).Text());
+    if (auto* b = qobject_cast<QCheckBox*>(w)) {
+        const int v = static_cast<const CheckBox&>(c).Value();
+        const int shown = b->checkState() == Qt::Checked ? 1 : b->checkState() == Qt::PartiallyChecked ? 2 : 0;
+        if (shown != v) return differs("the value", QString::number(shown), QString::number(v));
+    }
+    if (auto* l = qobject_cast<QListWidget*>(w)) {
+        const auto& list = static_cast<const ListBox&>(c);
+        if (l->count() != list.ListCount()) return differs("rows", QString::number(l->count()), QString::number(list.ListCount()));
+        for (int i = 0; i < l->count(); ++i)
+            if (l->item(i)->text() != list.List(i)) return differs("a row", l->item(i)->text(), list.List(i));
+    }
+    return {};
+}
+
 } // namespace
 
 std::optional<QJsonObject> actOnForm(qt::FormView& view, Form& form, const Step& step)
 {
     const QString& a = step.action;
-    if (a == QLatin1String("snapshot")) return form.snapshot();
+    if (a == QLatin1String("snapshot")) {
+        // The snapshot reads the models; the screen must say the same.
+        for (const Control* c : form.controls())
+            if (const QString d = shownDiffers(view, *c); !d.isEmpty()) refuse(QStringLiteral("on the screen, ") + d);
+        return form.snapshot();
+    }
     if (a == QLatin1String("close")) {
         // The close box asks the window, which may refuse.
         view.close();

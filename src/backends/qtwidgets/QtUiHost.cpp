@@ -44,10 +44,13 @@ QtUiHost::QtUiHost(std::shared_ptr<HostClock> clock) : m_context(std::make_uniqu
 
 QtUiHost::~QtUiHost()
 {
+    // Widgets cannot be destroyed once the application has gone; the process is ending anyway.
+    if (!QCoreApplication::instance()) return;
     for (FormView* v : std::as_const(m_views)) {
         v->detach();
         delete v;
     }
+    for (FormView* v : m_unloadedViews) delete v;
     qDeleteAll(m_timers);
     while (QGuiApplication::overrideCursor()) QGuiApplication::restoreOverrideCursor();
 }
@@ -66,6 +69,11 @@ QWidget* QtUiHost::activeWindow() const
 void QtUiHost::runUserAct(const std::function<void()>& body)
 {
     if (m_abort) return;   // the session is ending: nothing more runs
+    struct Depth {
+        QtUiHost* host;
+        explicit Depth(QtUiHost* h) : host(h) { ++host->m_actDepth; }
+        ~Depth() { if (--host->m_actDepth == 0) host->buryViews(); }
+    } depth(this);
     try {
         body();
     } catch (const UserActionRefused& refused) {
@@ -203,8 +211,9 @@ void QtUiHost::formUnloaded(Form& form)
     if (FormView* v = m_views.take(&form)) {
         v->detach();
         v->hide();
-        v->deleteLater();   // its own signal may be running this unload
+        m_unloadedViews.push_back(v);
     }
+    buryViews();
     scheduleLoopCheck();
 }
 
@@ -214,9 +223,24 @@ void QtUiHost::formDestroyed(Form& form)
     if (FormView* v = m_views.take(&form)) {
         v->detach();
         v->hide();
-        v->deleteLater();
+        m_unloadedViews.push_back(v);
     }
+    buryViews();
     std::erase(m_stack, &form);
+}
+
+// A view goes only once no act is running: a widget's own event handler (a double click on a
+// grid, say) may have run the unload and still be working on its widget when the act returns,
+// and a nested loop inside that act would otherwise delete the widget under it.
+void QtUiHost::buryViews()
+{
+    if (m_actDepth > 0 || m_unloadedViews.empty() || m_burialScheduled) return;
+    m_burialScheduled = true;
+    QTimer::singleShot(0, m_context.get(), [this] {
+        m_burialScheduled = false;
+        if (m_actDepth > 0) return;   // the act that ends later buries them
+        for (FormView* v : std::exchange(m_unloadedViews, {})) delete v;
+    });
 }
 
 void QtUiHost::scheduleLoopCheck()

@@ -82,6 +82,7 @@ private:
     void scheduleLoopCheck();
     void checkLoops();
     void rethrowAbort();
+    void buryViews();
     void keep(std::exception_ptr failure);
     // Runs a dialog of the host's own modally, as a wait for the user.
     int execDialog(QDialog& dialog, const UserWait& wait);
@@ -98,6 +99,9 @@ private:
     std::vector<ModalLevel> m_levels;
     std::exception_ptr m_abort;
     bool m_checkScheduled = false;
+    int m_actDepth = 0;
+    std::vector<FormView*> m_unloadedViews;   // detached and hidden, deleted once no act runs
+    bool m_burialScheduled = false;
     int m_mousePointer = 0;
     QString m_helpFile;
 };
