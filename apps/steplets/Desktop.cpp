@@ -14,6 +14,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QTextStream>
 
@@ -27,6 +28,16 @@ QString stateDirectory()
 }
 
 QString logFilePath() { return QDir(stateDirectory()).filePath(QStringLiteral("steplets.log")); }
+
+void appendToLog(const QString& line)
+{
+    QDir().mkpath(QFileInfo(logFilePath()).absolutePath());
+    QFile log(logFilePath());
+    if (log.open(QIODevice::Append | QIODevice::Text))
+        QTextStream(&log) << QDateTime::currentDateTime().toString(Qt::ISODate) << "  " << line << '\n';
+}
+
+QStringList helpFolders() { return {QStringLiteral(STEPLETS_HELP_DIR), QStringLiteral(STEPLETS_SOURCE_HELP_DIR)}; }
 
 bool ensureEmbeddedDefault(const QString& home)
 {

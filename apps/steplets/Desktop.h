@@ -16,6 +16,11 @@ namespace steplets::desktop {
 QString stateDirectory();
 // Where each failure report is appended.
 QString logFilePath();
+// Appends one line, with the time, to that log.
+void appendToLog(const QString& line);
+// Where the help pages are looked for when none lies beside the help file: the installed data
+// folder, then the source tree's when the program runs from its build folder.
+QStringList helpFolders();
 
 // Creates both databases with the demo data and the demo contact cards in `home`, exactly as
 // `steplets-admin seed-demo` lays them out, when neither database is there yet. True when it

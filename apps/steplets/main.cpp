@@ -46,6 +46,7 @@ int main(int argc, char** argv)
     }
     auto host = std::make_shared<qt::QtUiHost>(playback ? playback->clock() : nullptr);
     if (playback) playback->attach(*host);
+    host->setHelp(desktop::helpFolders(), [](const QString& line) { desktop::appendToLog(line); });
     const int status = desktop::runSession(parsed.options, host);
     if (playback && status == 0 && !playback->leftOver().isEmpty()) {
         QTextStream(stderr) << "steplets: " << playback->leftOver() << "\n";

@@ -191,7 +191,7 @@ void frmSteplet::Form_Load()
         g(150); FillContactList();
         g(160); FillTaskList();
         g(170); FillGroupList();
-        g(180); host().setHelpFile(process().ports.componentDirectory + QStringLiteral("/Ordivane.chm"));
+        g(180); host().setHelpFile(process().ports.componentDirectory + QStringLiteral("\\Ordivane.chm"));
         g(190); setCaption(QStringLiteral("Ordivane Steplets:  ") + s.sUserName);
         g(200); TabStrip1.selectTab(1);
         g(210); TabStrip2.selectTab(s.iTaskSelection.value() + 1);

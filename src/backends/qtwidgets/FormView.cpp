@@ -288,13 +288,6 @@ void FormView::reject()
 
 void FormView::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_F1) {
-        // F1 opens the process's help file with whatever the desktop reads it with.
-        const QString help = m_host.helpFile();
-        if (!help.isEmpty() && QFileInfo::exists(help)) QDesktopServices::openUrl(QUrl::fromLocalFile(help));
-        else QApplication::beep();
-        return;
-    }
     if (m_form && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
         CommandButton* def = m_form->defaultButton();
         if (def && def->effectivelyVisible() && def->effectivelyEnabled()) {

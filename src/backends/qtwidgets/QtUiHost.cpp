@@ -1,5 +1,6 @@
 #include "QtUiHost.h"
 #include "FormView.h"
+#include "HelpKey.h"
 #include "controls/Controls.h"
 #include "runtime/Failure.h"
 #include <QApplication>
@@ -40,7 +41,10 @@ Qt::CursorShape cursorOf(int pointer)
 
 } // namespace
 
-QtUiHost::QtUiHost(std::shared_ptr<HostClock> clock) : m_context(std::make_unique<QObject>()), m_clock(std::move(clock)) {}
+QtUiHost::QtUiHost(std::shared_ptr<HostClock> clock) : m_context(std::make_unique<QObject>()), m_clock(std::move(clock))
+{
+    setHelp({}, nullptr);
+}
 
 QtUiHost::~QtUiHost()
 {
@@ -53,6 +57,13 @@ QtUiHost::~QtUiHost()
     for (FormView* v : m_unloadedViews) delete v;
     qDeleteAll(m_timers);
     while (QGuiApplication::overrideCursor()) QGuiApplication::restoreOverrideCursor();
+}
+
+void QtUiHost::setHelp(const QStringList& installedFolders, std::function<void(const QString&)> log)
+{
+    if (m_helpKey) qApp->removeEventFilter(m_helpKey.get());
+    m_helpKey = std::make_unique<HelpKey>([this] { return m_helpFile; }, installedFolders, std::move(log));
+    qApp->installEventFilter(m_helpKey.get());
 }
 
 FormView* QtUiHost::viewOf(const Form& form) const { return m_views.value(&form); }

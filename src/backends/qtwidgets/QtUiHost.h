@@ -33,6 +33,10 @@ public:
     explicit QtUiHost(std::shared_ptr<HostClock> clock = nullptr);
     ~QtUiHost() override;
 
+    // F1 in any window opens the help page that stands for the help file (HelpKey.h), looked for
+    // also in `installedFolders`; `log` takes the line written when there is none.
+    void setHelp(const QStringList& installedFolders, std::function<void(const QString&)> log);
+
     // A driver plays the user (nullptr: a person does). With a driver, an act the window refuses
     // cannot be played and ends the session instead of beeping.
     void setDriver(UserDriver* driver) { m_driver = driver; }
@@ -90,6 +94,7 @@ private:
 
     // Deferred calls are bound to it, so none runs after the host is gone.
     std::unique_ptr<QObject> m_context;
+    std::unique_ptr<QObject> m_helpKey;
     std::shared_ptr<HostClock> m_clock;
     UserDriver* m_driver = nullptr;
     std::vector<QPointer<QDialog>> m_dialogs;
