@@ -54,16 +54,16 @@ QtUiHost::~QtUiHost()
         v->detach();
         delete v;
     }
-    for (FormView* v : m_unloadedViews) delete v;
+    for (const QPointer<FormView>& v : m_unloadedViews) delete v.data();
     qDeleteAll(m_timers);
     while (QGuiApplication::overrideCursor()) QGuiApplication::restoreOverrideCursor();
 }
 
 void QtUiHost::setHelp(const QStringList& installedFolders, std::function<void(const QString&)> log)
 {
-    if (m_helpKey) qApp->removeEventFilter(m_helpKey.get());
+    // Replacing the filter object takes the old one off the application.
     m_helpKey = std::make_unique<HelpKey>([this] { return m_helpFile; }, installedFolders, std::move(log));
-    qApp->installEventFilter(m_helpKey.get());
+    if (QCoreApplication* app = QCoreApplication::instance()) app->installEventFilter(m_helpKey.get());
 }
 
 FormView* QtUiHost::viewOf(const Form& form) const { return m_views.value(&form); }
@@ -250,7 +250,7 @@ void QtUiHost::buryViews()
     QTimer::singleShot(0, m_context.get(), [this] {
         m_burialScheduled = false;
         if (m_actDepth > 0) return;   // the act that ends later buries them
-        for (FormView* v : std::exchange(m_unloadedViews, {})) delete v;
+        for (const QPointer<FormView>& v : std::exchange(m_unloadedViews, {})) delete v.data();
     });
 }
 

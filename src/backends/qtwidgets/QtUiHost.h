@@ -105,7 +105,8 @@ private:
     std::exception_ptr m_abort;
     bool m_checkScheduled = false;
     int m_actDepth = 0;
-    std::vector<FormView*> m_unloadedViews;   // detached and hidden, deleted once no act runs
+    // Detached and hidden, deleted once no act runs; a view over another goes with its parent.
+    std::vector<QPointer<FormView>> m_unloadedViews;
     bool m_burialScheduled = false;
     int m_mousePointer = 0;
     QString m_helpFile;
