@@ -155,8 +155,13 @@ QWidget* FormView::create(Control& c, QWidget* parent)
     case Control::Kind::TabStrip: return createTabStrip(c, parent);
     case Control::Kind::Grid: {
         auto* g = new QTableWidget(parent);
-        g->horizontalHeader()->hide();
+        // The fixed rows are the horizontal header, so they stay in sight as the rows scroll.
+        g->horizontalHeader()->setSectionsClickable(false);
+        g->horizontalHeader()->setHighlightSections(false);
+        g->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
         g->verticalHeader()->hide();
+        g->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+        g->setWordWrap(false);
         g->setEditTriggers(QAbstractItemView::NoEditTriggers);
         g->setSelectionBehavior(QAbstractItemView::SelectRows);
         g->setSelectionMode(QAbstractItemView::SingleSelection);

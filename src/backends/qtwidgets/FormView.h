@@ -10,8 +10,12 @@
 #include <QHash>
 #include <QSet>
 #include <functional>
+#include <vector>
 
+class QTableWidget;
 class QToolBar;
+
+namespace steplets { class Grid; }
 
 namespace steplets::qt {
 
@@ -63,6 +67,7 @@ private:
     void syncKind(Control& c, QWidget* w);
     void syncList(Control& c, QWidget* w);
     void syncGrid(Control& c, QWidget* w);
+    void fitGridColumns(Grid& grid, QTableWidget* g, const std::vector<int>& need);
     void syncToolBar(Control& c, QWidget* w);
     void syncForm();
     void fitContents();

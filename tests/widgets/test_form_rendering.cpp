@@ -1,0 +1,120 @@
+// What the generic binding draws, checked as geometry on the offscreen platform: a results grid
+// scrolled to its last row. Each window is photographed into the build directory.
+#include "FormView.h"
+#include "QtUiHost.h"
+#include "WidgetSupport.h"
+#include "controls/Controls.h"
+#include "session/SessionContext.h"
+#include <QHeaderView>
+#include <QStyle>
+#include <QTableWidget>
+#include <QTest>
+
+using namespace steplets;
+using steplets::qt::FormView;
+using steplets::test::Driver;
+
+namespace {
+
+class FormRenderingTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        test::widgetApp();
+        session() = SessionContext();
+    }
+    void TearDown() override { session() = SessionContext(); }
+    FormView* view(Form& f) const { return host.viewOf(f); }
+    bool shown(Form& f) const { return view(f) && view(f)->isVisible(); }
+
+    qt::QtUiHost host;
+};
+
+// --- The results grid ---
+
+// A grid laid out as the processing window's, with more rows than it shows.
+class GridWindow : public Form {
+public:
+    explicit GridWindow(UiHost& host) : Form(host, QStringLiteral("frmGrid"))
+    {
+        setCaption(QStringLiteral("Grid"));
+        setWidth(8400);
+        setHeight(4500);
+        grid.Move(120, 120, 8055, 3375);
+        grid.setCols(4);
+        grid.setFixedCols(0);
+        grid.setRows(21);
+        static const char* const headers[] = {"Task Description", "Due Date", "Reminder", "Contact Link"};
+        static const int widths[] = {3600, 1000, 1000, 2000};
+        for (int c = 0; c < 4; ++c) {
+            grid.setTextMatrix(0, c, QString::fromLatin1(headers[c]));
+            grid.setColWidth(c, widths[c]);
+            grid.setFixedAlignment(c, Grid::AlignCenterCenter);
+        }
+        for (int r = 1; r < grid.Rows(); ++r) {
+            grid.setTextMatrix(r, 0, QStringLiteral("Quarterly tax filing %1").arg(r));
+            grid.setTextMatrix(r, 1, QStringLiteral("15 Apr 2027"));
+            grid.setTextMatrix(r, 2, QStringLiteral("14 Apr 2027"));
+            grid.setTextMatrix(r, 3, QStringLiteral("Byrne, Ada"));
+        }
+        grid.setColAlignment(1, Grid::AlignCenterCenter);
+        grid.DblClick.connect([this] { doubleClicked << grid.Row(); });
+        cmdClose.setCaption(QStringLiteral("Close"));
+        cmdClose.Move(6960, 3600, 1215, 375);
+        cmdClose.Click.connect([this] { Hide(); });
+    }
+    Grid grid{*this, QStringLiteral("MSHFlexGrid1")};
+    CommandButton cmdClose{*this, QStringLiteral("cmdClose")};
+    QList<int> doubleClicked;
+};
+
+TEST_F(FormRenderingTest, TheGridKeepsItsFixedRowInSightAndEachCellOnOneLine)
+{
+    GridWindow w(host);
+    const int last = w.grid.Rows() - 1;
+    Driver driver;
+    driver.then("the grid", [&] { return shown(w); }, [&] {
+        // As a run moves on: the current row is the last, six rows above it are the top one.
+        w.grid.setRow(last);
+        w.grid.setTopRow(last - 6);
+        QTest::qWait(20);
+        auto* g = qobject_cast<QTableWidget*>(view(w)->widgetOf(w.grid));
+        ASSERT_NE(g, nullptr);
+
+        // The fixed row reads above the rows that scrolled, wherever the grid draws it.
+        QStringList fixedShown;
+        for (int c = 0; c < w.grid.Cols(); ++c) {
+            const QTableWidgetItem* head = g->horizontalHeader()->isVisible() ? g->horizontalHeaderItem(c) : nullptr;
+            const QRect cell = g->visualItemRect(g->item(0, c));
+            if (head) fixedShown << head->text();
+            else if (!g->isRowHidden(0) && g->viewport()->rect().contains(cell)) fixedShown << g->item(0, c)->text();
+        }
+        EXPECT_EQ(fixedShown, (QStringList{QStringLiteral("Task Description"), QStringLiteral("Due Date"),
+                                           QStringLiteral("Reminder"), QStringLiteral("Contact Link")}));
+        const QRect lastCell = g->visualItemRect(g->item(last, 0));
+        EXPECT_TRUE(g->viewport()->rect().contains(lastCell));
+
+        // One line a row, and a date whole in its column.
+        const QFontMetrics fm(g->font());
+        const int margin = 2 * (g->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, g) + 1) + 1;   // and the grid line
+        EXPECT_FALSE(g->wordWrap());
+        for (int r = 1; r <= last; ++r) EXPECT_LT(g->rowHeight(r), 2 * fm.lineSpacing()) << "row " << r;
+        for (int c = 1; c < 3; ++c)
+            EXPECT_LE(fm.horizontalAdvance(g->item(last, c)->text()) + margin, g->columnWidth(c)) << "column " << c;
+        test::saveScreenshot(view(w), QStringLiteral("grid-scrolled-to-last-row"));
+
+        // The rows keep their numbers: a click and a double click on the last one are on the
+        // model's last row.
+        QTest::mouseClick(g->viewport(), Qt::LeftButton, {}, lastCell.center());
+        QTest::mouseDClick(g->viewport(), Qt::LeftButton, {}, lastCell.center());
+        QTest::qWait(20);
+        QTest::mouseClick(view(w)->widgetOf(w.cmdClose), Qt::LeftButton);
+    });
+    driver.start();
+    w.Show();
+    ASSERT_TRUE(driver.finished());
+    EXPECT_EQ(w.doubleClicked, QList<int>{last});
+    w.Unload();
+}
+
+} // namespace
