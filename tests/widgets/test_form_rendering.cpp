@@ -1,11 +1,15 @@
-// What the generic binding draws, checked as geometry on the offscreen platform: a results grid
-// scrolled to its last row. Each window is photographed into the build directory.
+// What the generic binding draws, checked as geometry on the offscreen platform: the prompt
+// dialog's labels, and a results grid scrolled to its last row. Each window is photographed
+// into the build directory.
 #include "FormView.h"
 #include "QtUiHost.h"
 #include "WidgetSupport.h"
 #include "controls/Controls.h"
+#include "dialogs/frmPrompt.h"
 #include "session/SessionContext.h"
 #include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
 #include <QStyle>
 #include <QTableWidget>
 #include <QTest>
@@ -27,8 +31,54 @@ protected:
     FormView* view(Form& f) const { return host.viewOf(f); }
     bool shown(Form& f) const { return view(f) && view(f)->isVisible(); }
 
+    // Every label the window shows holds its whole text, and lies clear of the other controls
+    // beside it: a text running under a button is as lost as a clipped one.
+    static void expectLabelsFit(QWidget* window)
+    {
+        for (QLabel* l : window->findChildren<QLabel*>()) {
+            if (!l->isVisibleTo(window) || l->text().isEmpty() || !dynamic_cast<FormView*>(l->window()))
+                continue;
+            if (l->objectName().isEmpty()) continue;   // a part of a composite widget, not a control
+            const QFontMetrics fm(l->font());
+            const int flags = Qt::TextShowMnemonic | (l->wordWrap() ? Qt::TextWordWrap : 0);
+            const QRect need = fm.boundingRect(QRect(0, 0, l->width(), 10000), flags, l->text());
+            EXPECT_LE(need.width(), l->width()) << l->objectName().toStdString() << ": " << l->text().toStdString();
+            EXPECT_LE(need.height(), l->height()) << l->objectName().toStdString() << ": " << l->text().toStdString();
+            for (QWidget* other : l->parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+                if (other == l || !other->isVisibleTo(window) || other->objectName().isEmpty()) continue;
+                EXPECT_FALSE(l->geometry().intersects(other->geometry()))
+                    << l->objectName().toStdString() << " runs into " << other->objectName().toStdString();
+            }
+        }
+    }
+
     qt::QtUiHost host;
 };
+
+// --- The prompt dialog ---
+
+TEST_F(FormRenderingTest, TheCommonInputQuestionShowsEveryLineClearOfItsButtons)
+{
+    frmPrompt prompt(host);
+    Driver driver;
+    driver.then("the question", [&] { return shown(prompt); }, [&] {
+        expectLabelsFit(view(prompt));
+        // The last paragraph ends above the buttons, which stay inside the window.
+        QWidget* last = view(prompt)->widgetOf(prompt.Label2[3]);
+        QWidget* yes = view(prompt)->widgetOf(prompt.OKButton);
+        EXPECT_LE(last->geometry().bottom(), yes->geometry().top());
+        EXPECT_TRUE(view(prompt)->rect().contains(yes->geometry()));
+        test::saveScreenshot(view(prompt), QStringLiteral("prompt-common-input"));
+        QTest::mouseClick(yes, Qt::LeftButton);
+    });
+    driver.start();
+    qint32 mode = 6;
+    Bool16 no(false);
+    QString anchors = QStringLiteral("2"), prompts = QStringLiteral("1"), none;
+    prompt.PromptDialog(mode, no, no, anchors, prompts, none);
+    ASSERT_TRUE(driver.finished());
+    EXPECT_FALSE(session().bPromptCancelled);
+}
 
 // --- The results grid ---
 

@@ -136,6 +136,7 @@ QWidget* FormView::create(Control& c, QWidget* parent)
     case Control::Kind::Label: {
         // A label is painted on its container, under every other control that overlaps it.
         auto* l = new QLabel(parent);
+        l->setTextFormat(Qt::PlainText);   // a caption is text, whatever it looks like
         l->setAlignment(Qt::AlignLeft | Qt::AlignTop);
         l->lower();
         return l;

@@ -26,9 +26,6 @@ namespace steplets::qt {
 
 namespace {
 
-// A designed window's size counts its borders and caption bar; the client area is the rest.
-constexpr int kBorderTwips = 2 * 60, kCaptionTwips = 330;
-
 // "&&" is a plain ampersand; a single "&" marks the accelerator, which a label without a buddy
 // cannot take: it only shows the text.
 QString withoutAccelerator(const QString& caption)
@@ -118,7 +115,7 @@ void FormView::flush()
         if (dirty.contains(c)) sync(*c);
     if (!dirty.isEmpty()) {
         syncTabOrder();
-        fitContents();
+        layoutControls();
     }
     syncFocus();
     m_syncing = false;
@@ -130,22 +127,7 @@ void FormView::syncForm()
 {
     m_formDirty = false;
     setWindowTitle(m_form->Caption());
-    fitContents();
-}
-
-void FormView::fitContents()
-{
-    // The client area is the designed one, grown where a visible control would be cut off: a
-    // caption bar or border thicker than the design's must not hide the window's buttons.
-    constexpr int kMarginTwips = 60;
-    int width = px(m_form->Width() - kBorderTwips), height = px(m_form->Height() - kBorderTwips - kCaptionTwips);
-    for (Control* c : m_form->controls()) {
-        QWidget* w = widgetOf(*c);
-        if (!w || c->Container() || !c->Visible() || c->Left() < 0 || c->Top() < 0) continue;
-        width = std::max(width, px(c->Left() + c->Width() + kMarginTwips));
-        height = std::max(height, px(c->Top() + c->Height() + kMarginTwips));
-    }
-    if (width > 0 && height > 0) setFixedSize(width, height);
+    layoutControls();
 }
 
 void FormView::syncTabOrder()
@@ -179,8 +161,7 @@ void FormView::sync(Control& c)
 
 void FormView::syncCommon(Control& c, QWidget* w)
 {
-    if (c.Width() > 0 || c.Height() > 0) w->setGeometry(px(c.Left()), px(c.Top()), px(c.Width()), px(c.Height()));
-    else w->move(px(c.Left()), px(c.Top()));
+    placeDesigned(c, w);
     w->setVisible(c.Visible());
     w->setEnabled(c.Enabled());
     w->setToolTip(c.ToolTipText());
@@ -231,9 +212,7 @@ void FormView::syncKind(Control& c, QWidget* w)
         QWidget* buddy = next ? widgetOf(*next) : nullptr;
         l->setBuddy(buddy);
         l->setText(buddy ? c.Caption() : withoutAccelerator(c.Caption()));
-        // Only a label designed taller than one line wraps its caption.
-        l->setWordWrap(c.Height() > 2 * l->fontMetrics().height() * 1440 / m_dpi);
-        break;
+        break;   // its size and wrapping follow its text once every control is in place
     }
     case Control::Kind::Frame:
         static_cast<QGroupBox*>(w)->setTitle(c.Caption());
