@@ -1,7 +1,8 @@
 // What the generic binding draws, checked as geometry on the offscreen platform: the prompt
-// dialog's labels, and a results grid scrolled to its last row. Each window is photographed
-// into the build directory.
+// dialog's calendar and labels in the modes that change its layout, and a results grid scrolled
+// to its last row. Each window is photographed into the build directory.
 #include "FormView.h"
+#include "FormWidgets.h"
 #include "QtUiHost.h"
 #include "WidgetSupport.h"
 #include "controls/Controls.h"
@@ -11,6 +12,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QStyle>
+#include <QTableView>
 #include <QTableWidget>
 #include <QTest>
 
@@ -56,6 +58,49 @@ protected:
 };
 
 // --- The prompt dialog ---
+
+TEST_F(FormRenderingTest, TheAnchorDateCalendarShowsWholeWeeksAndTakesAPickedDay)
+{
+    frmPrompt prompt(host);
+    QDate picked;
+    Driver driver;
+    driver.then("the prompt with a date and a text", [&] { return shown(prompt); }, [&] {
+        auto* box = static_cast<qt::CalendarBox*>(view(prompt)->widgetOf(prompt.ActiveCalendar1));
+        expectLabelsFit(view(prompt));
+        test::saveScreenshot(view(prompt), QStringLiteral("prompt-anchor-date"));
+        // The user clicks where the calendar is drawn; the month grid must then be there whole.
+        QTest::mouseClick(box, Qt::LeftButton);
+        QCalendarWidget* cal = box->calendar();
+        ASSERT_TRUE(cal->isVisible());
+        EXPECT_GE(cal->height(), cal->minimumSizeHint().height());
+        EXPECT_GE(cal->width(), cal->minimumSizeHint().width());
+        test::saveScreenshot(cal->window(), QStringLiteral("prompt-anchor-date-calendar"));
+        // The 15th of the month shown: the first "15" of the grid, as the days of the month
+        // before come first and are all later than the 21st.
+        auto* days = cal->findChild<QTableView*>();
+        ASSERT_NE(days, nullptr);
+        QModelIndex fifteenth;
+        for (int r = 1; r < days->model()->rowCount() && !fifteenth.isValid(); ++r)
+            for (int c = 0; c < days->model()->columnCount() && !fifteenth.isValid(); ++c)
+                if (days->model()->index(r, c).data().toInt() == 15) fifteenth = days->model()->index(r, c);
+        ASSERT_TRUE(fifteenth.isValid());
+        EXPECT_TRUE(days->viewport()->rect().contains(days->visualRect(fifteenth)));
+        picked = QDate(cal->yearShown(), cal->monthShown(), 15);
+        QTest::mouseClick(days->viewport(), Qt::LeftButton, {}, days->visualRect(fifteenth).center());
+        QTest::qWait(20);
+        EXPECT_FALSE(cal->isVisible() && cal->window() != view(prompt)) << "the drop-down stays open";
+        test::saveScreenshot(view(prompt), QStringLiteral("prompt-anchor-date-picked"));
+        QTest::mouseClick(view(prompt)->widgetOf(prompt.OKButton), Qt::LeftButton);
+    });
+    driver.start();
+    qint32 mode = 1;
+    Bool16 withDate(true), withText(true);
+    QString userPrompt = QStringLiteral("Property address"), item = QStringLiteral("Send engagement letter (Byrne, Ada)");
+    QString anchor = QStringLiteral("Date the engagement was signed");
+    prompt.PromptDialog(mode, withDate, withText, userPrompt, item, anchor);
+    ASSERT_TRUE(driver.finished());
+    EXPECT_EQ(session().dPromptAnchorDate.toQDateTime().date(), picked);
+}
 
 TEST_F(FormRenderingTest, TheCommonInputQuestionShowsEveryLineClearOfItsButtons)
 {

@@ -143,6 +143,8 @@ void FormView::syncTabOrder()
 
 void FormView::syncFocus()
 {
+    // The user is in a drop-down: the focus stays there until it closes.
+    if (QApplication::activePopupWidget()) return;
     Control* active = m_form->ActiveControl();
     QWidget* w = active ? widgetOf(*active) : nullptr;
     if (w && isVisible() && w->isVisible() && !w->hasFocus()) w->setFocus(Qt::OtherFocusReason);
