@@ -20,6 +20,7 @@
 #include <QStyle>
 #include <QTableWidget>
 #include <QTimer>
+#include <QtMath>
 #include <QToolBar>
 
 namespace steplets::qt {
@@ -331,7 +332,8 @@ void FormView::syncGrid(Control& c, QWidget* w)
     const QColor fixed = g->palette().color(QPalette::Button);
     // A cell's text lies inside the style's text margins and the grid line.
     const int margin = 2 * (g->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, g) + 1) + 1;
-    const QFontMetrics fm(g->font());
+    // Measured to the fraction of a pixel: a date a fraction too wide for its cell is cut.
+    const QFontMetricsF fm(g->font());
     std::vector<int> need(grid.Cols(), 0);
     for (int col = 0; col < grid.Cols(); ++col) {
         QStringList heads;
@@ -340,7 +342,7 @@ void FormView::syncGrid(Control& c, QWidget* w)
         if (!head) g->setHorizontalHeaderItem(col, head = new QTableWidgetItem);
         head->setText(heads.join(QLatin1Char('\n')));
         head->setTextAlignment(alignmentOf(grid.FixedAlignment(col)));
-        need[col] = g->horizontalHeader()->fontMetrics().size(0, head->text()).width() + margin;
+        need[col] = qCeil(QFontMetricsF(g->horizontalHeader()->font()).size(0, head->text()).width()) + margin;
     }
     for (int r = 0; r < grid.Rows(); ++r) {
         g->setRowHidden(r, r < fixedRows);
@@ -351,12 +353,12 @@ void FormView::syncGrid(Control& c, QWidget* w)
             const bool isFixed = r < grid.FixedRows() || col < grid.FixedCols();
             item->setTextAlignment(alignmentOf(isFixed ? grid.FixedAlignment(col) : grid.ColAlignment(col)));
             if (isFixed) item->setBackground(fixed);
-            if (r >= fixedRows) need[col] = std::max(need[col], fm.horizontalAdvance(item->text()) + margin);
+            if (r >= fixedRows) need[col] = std::max(need[col], qCeil(fm.horizontalAdvance(item->text())) + margin);
         }
     }
     // One line a row, as the designed grid draws it.
     g->verticalHeader()->setMinimumSectionSize(0);
-    g->verticalHeader()->setDefaultSectionSize(fm.height() + margin);
+    g->verticalHeader()->setDefaultSectionSize(qCeil(fm.height()) + margin);
     fitGridColumns(grid, g, need);
     if (grid.Row() >= 0 && grid.Row() < grid.Rows()) g->selectRow(grid.Row());
     // TopRow is the first row under the fixed ones.
