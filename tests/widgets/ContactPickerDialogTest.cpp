@@ -244,6 +244,26 @@ TEST_F(ContactPickerDialogTest, StandsOverTheCallersWindow)
                                            << " dialog " << d.frameGeometry().x() << "," << d.frameGeometry().y();
 }
 
+TEST_F(ContactPickerDialogTest, StandsOverTheCallersActualWindowWhateverItsFormSays)
+{
+    // The calling form never moved its Left and Top: only its window knows where it is.
+    QWidget caller;
+    caller.setGeometry(300, 200, 400, 300);
+    showAndWait(caller);
+    request.left = 0;
+    request.top = 0;
+    request.width = 400 * 15;
+    request.height = 300 * 15;
+    ContactPickerDialog d(request, display, &caller);
+    showAndWait(d);
+    EXPECT_TRUE(d.frameGeometry().intersects(caller.frameGeometry()));
+    const QPoint offset = d.frameGeometry().center() - caller.frameGeometry().center();
+    EXPECT_LE(offset.manhattanLength(), 2) << "caller centre " << caller.frameGeometry().center().x() << ","
+                                           << caller.frameGeometry().center().y() << " dialog "
+                                           << d.frameGeometry().center().x() << "," << d.frameGeometry().center().y();
+    test::saveScreenshot(&d, QStringLiteral("contact-picker-over-caller"));
+}
+
 // --- Opening a contact ---
 
 class ContactPickerOpenTest : public ContactPickerDialogTest {

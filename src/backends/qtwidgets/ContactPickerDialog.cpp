@@ -225,10 +225,14 @@ void ContactPickerDialog::showEvent(QShowEvent* event)
 
 void ContactPickerDialog::placeOverCaller()
 {
-    if (m_caller.isEmpty())
+    // The calling window where it really is: its form's Left and Top say nothing once the
+    // window manager has placed it. The request's bounds serve when no window is known.
+    QWidget* parent = parentWidget();
+    const QRect caller = parent && parent->window()->isVisible() ? parent->window()->frameGeometry() : m_caller;
+    if (caller.isEmpty())
         return;
     QRect frame(QPoint(), frameGeometry().size());
-    frame.moveCenter(m_caller.center());
+    frame.moveCenter(caller.center());
     if (const QScreen* screen = QGuiApplication::primaryScreen()) {
         // A caller partly off the screen must not take the picker with it.
         const QRect avail = screen->availableGeometry();

@@ -1,6 +1,6 @@
 #pragma once
 // The contact picker on the Qt host: a modal list of the offered contacts with a search box,
-// placed over the caller's window.
+// placed over the caller's window (its parent), else over the bounds the request carries.
 #include "UiHost.h"
 #include <QDialog>
 #include <QRect>

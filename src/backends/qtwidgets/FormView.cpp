@@ -136,6 +136,7 @@ QWidget* FormView::create(Control& c, QWidget* parent)
     case Control::Kind::Label: {
         // A label is painted on its container, under every other control that overlaps it.
         auto* l = new QLabel(parent);
+        l->setTextFormat(Qt::PlainText);   // a caption is text, whatever it looks like
         l->setAlignment(Qt::AlignLeft | Qt::AlignTop);
         l->lower();
         return l;
@@ -155,8 +156,13 @@ QWidget* FormView::create(Control& c, QWidget* parent)
     case Control::Kind::TabStrip: return createTabStrip(c, parent);
     case Control::Kind::Grid: {
         auto* g = new QTableWidget(parent);
-        g->horizontalHeader()->hide();
+        // The fixed rows are the horizontal header, so they stay in sight as the rows scroll.
+        g->horizontalHeader()->setSectionsClickable(false);
+        g->horizontalHeader()->setHighlightSections(false);
+        g->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
         g->verticalHeader()->hide();
+        g->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+        g->setWordWrap(false);
         g->setEditTriggers(QAbstractItemView::NoEditTriggers);
         g->setSelectionBehavior(QAbstractItemView::SelectRows);
         g->setSelectionMode(QAbstractItemView::SingleSelection);

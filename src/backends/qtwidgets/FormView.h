@@ -4,14 +4,20 @@
 // design without a layout of its own. A user's act on a widget becomes the model's user act; a
 // change of the model is copied onto the widget once the running handler has returned, with the
 // widget's signals blocked, so neither side echoes the other. FormView.cpp makes the widgets and
-// carries the user's acts; FormViewSync.cpp copies the models onto them.
+// carries the user's acts; FormViewSync.cpp copies the models onto them; FormViewLayout.cpp
+// places them and gives each label the room its text needs.
 #include "controls/Form.h"
 #include <QDialog>
 #include <QHash>
 #include <QSet>
 #include <functional>
+#include <vector>
 
+class QLabel;
+class QTableWidget;
 class QToolBar;
+
+namespace steplets { class Grid; }
 
 namespace steplets::qt {
 
@@ -63,8 +69,16 @@ private:
     void syncKind(Control& c, QWidget* w);
     void syncList(Control& c, QWidget* w);
     void syncGrid(Control& c, QWidget* w);
+    void fitGridColumns(Grid& grid, QTableWidget* g, const std::vector<int>& need);
     void syncToolBar(Control& c, QWidget* w);
     void syncForm();
+    // FormViewLayout.cpp: where the widgets lie.
+    void placeDesigned(Control& c, QWidget* w);
+    void layoutControls();
+    QList<QWidget*> besides(QWidget* w) const;
+    void fitLabel(QLabel* l);
+    void pushDown(QWidget* container, int from, int by);
+    void growDown(QWidget* container, int by);
     void fitContents();
     void syncTabOrder();
     void syncFocus();

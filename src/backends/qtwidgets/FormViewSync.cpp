@@ -3,7 +3,9 @@
 #include "FormView.h"
 #include "FormWidgets.h"
 #include "controls/Controls.h"
+#include <algorithm>
 #include <QApplication>
+#include <QHeaderView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -18,14 +20,12 @@
 #include <QStyle>
 #include <QTableWidget>
 #include <QTimer>
+#include <QtMath>
 #include <QToolBar>
 
 namespace steplets::qt {
 
 namespace {
-
-// A designed window's size counts its borders and caption bar; the client area is the rest.
-constexpr int kBorderTwips = 2 * 60, kCaptionTwips = 330;
 
 // "&&" is a plain ampersand; a single "&" marks the accelerator, which a label without a buddy
 // cannot take: it only shows the text.
@@ -116,7 +116,7 @@ void FormView::flush()
         if (dirty.contains(c)) sync(*c);
     if (!dirty.isEmpty()) {
         syncTabOrder();
-        fitContents();
+        layoutControls();
     }
     syncFocus();
     m_syncing = false;
@@ -128,22 +128,7 @@ void FormView::syncForm()
 {
     m_formDirty = false;
     setWindowTitle(m_form->Caption());
-    fitContents();
-}
-
-void FormView::fitContents()
-{
-    // The client area is the designed one, grown where a visible control would be cut off: a
-    // caption bar or border thicker than the design's must not hide the window's buttons.
-    constexpr int kMarginTwips = 60;
-    int width = px(m_form->Width() - kBorderTwips), height = px(m_form->Height() - kBorderTwips - kCaptionTwips);
-    for (Control* c : m_form->controls()) {
-        QWidget* w = widgetOf(*c);
-        if (!w || c->Container() || !c->Visible() || c->Left() < 0 || c->Top() < 0) continue;
-        width = std::max(width, px(c->Left() + c->Width() + kMarginTwips));
-        height = std::max(height, px(c->Top() + c->Height() + kMarginTwips));
-    }
-    if (width > 0 && height > 0) setFixedSize(width, height);
+    layoutControls();
 }
 
 void FormView::syncTabOrder()
@@ -159,6 +144,8 @@ void FormView::syncTabOrder()
 
 void FormView::syncFocus()
 {
+    // The user is in a drop-down: the focus stays there until it closes.
+    if (QApplication::activePopupWidget()) return;
     Control* active = m_form->ActiveControl();
     QWidget* w = active ? widgetOf(*active) : nullptr;
     if (w && isVisible() && w->isVisible() && !w->hasFocus()) w->setFocus(Qt::OtherFocusReason);
@@ -177,8 +164,7 @@ void FormView::sync(Control& c)
 
 void FormView::syncCommon(Control& c, QWidget* w)
 {
-    if (c.Width() > 0 || c.Height() > 0) w->setGeometry(px(c.Left()), px(c.Top()), px(c.Width()), px(c.Height()));
-    else w->move(px(c.Left()), px(c.Top()));
+    placeDesigned(c, w);
     w->setVisible(c.Visible());
     w->setEnabled(c.Enabled());
     w->setToolTip(c.ToolTipText());
@@ -229,9 +215,7 @@ void FormView::syncKind(Control& c, QWidget* w)
         QWidget* buddy = next ? widgetOf(*next) : nullptr;
         l->setBuddy(buddy);
         l->setText(buddy ? c.Caption() : withoutAccelerator(c.Caption()));
-        // Only a label designed taller than one line wraps its caption.
-        l->setWordWrap(c.Height() > 2 * l->fontMetrics().height() * 1440 / m_dpi);
-        break;
+        break;   // its size and wrapping follow its text once every control is in place
     }
     case Control::Kind::Frame:
         static_cast<QGroupBox*>(w)->setTitle(c.Caption());
@@ -341,8 +325,27 @@ void FormView::syncGrid(Control& c, QWidget* w)
     auto* g = static_cast<QTableWidget*>(w);
     g->setRowCount(grid.Rows());
     g->setColumnCount(grid.Cols());
+    // The fixed rows keep their numbers, hidden in the body and read in the header instead; the
+    // fixed columns are tinted and scroll with the rest.
+    const int fixedRows = std::min(grid.FixedRows(), grid.Rows());
+    g->horizontalHeader()->setVisible(fixedRows > 0);
     const QColor fixed = g->palette().color(QPalette::Button);
+    // A cell's text lies inside the style's text margins and the grid line.
+    const int margin = 2 * (g->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, g) + 1) + 1;
+    // Measured to the fraction of a pixel: a date a fraction too wide for its cell is cut.
+    const QFontMetricsF fm(g->font());
+    std::vector<int> need(grid.Cols(), 0);
+    for (int col = 0; col < grid.Cols(); ++col) {
+        QStringList heads;
+        for (int r = 0; r < fixedRows; ++r) heads << grid.TextMatrix(r, col);
+        QTableWidgetItem* head = g->horizontalHeaderItem(col);
+        if (!head) g->setHorizontalHeaderItem(col, head = new QTableWidgetItem);
+        head->setText(heads.join(QLatin1Char('\n')));
+        head->setTextAlignment(alignmentOf(grid.FixedAlignment(col)));
+        need[col] = qCeil(QFontMetricsF(g->horizontalHeader()->font()).size(0, head->text()).width()) + margin;
+    }
     for (int r = 0; r < grid.Rows(); ++r) {
+        g->setRowHidden(r, r < fixedRows);
         for (int col = 0; col < grid.Cols(); ++col) {
             QTableWidgetItem* item = g->item(r, col);
             if (!item) g->setItem(r, col, item = new QTableWidgetItem);
@@ -350,13 +353,55 @@ void FormView::syncGrid(Control& c, QWidget* w)
             const bool isFixed = r < grid.FixedRows() || col < grid.FixedCols();
             item->setTextAlignment(alignmentOf(isFixed ? grid.FixedAlignment(col) : grid.ColAlignment(col)));
             if (isFixed) item->setBackground(fixed);
+            if (r >= fixedRows) need[col] = std::max(need[col], qCeil(fm.horizontalAdvance(item->text())) + margin);
         }
     }
-    for (int col = 0; col < grid.Cols(); ++col)
-        if (grid.ColWidth(col) >= 0) g->setColumnWidth(col, px(grid.ColWidth(col)));
+    // One line a row, as the designed grid draws it.
+    g->verticalHeader()->setMinimumSectionSize(0);
+    g->verticalHeader()->setDefaultSectionSize(qCeil(fm.height()) + margin);
+    fitGridColumns(grid, g, need);
     if (grid.Row() >= 0 && grid.Row() < grid.Rows()) g->selectRow(grid.Row());
-    if (grid.TopRow() >= 0 && grid.TopRow() < grid.Rows() && g->item(grid.TopRow(), 0))
-        g->scrollToItem(g->item(grid.TopRow(), 0), QAbstractItemView::PositionAtTop);
+    // TopRow is the first row under the fixed ones.
+    const int top = grid.TopRow();
+    if (top <= fixedRows) g->scrollToTop();
+    else if (top < grid.Rows() && g->item(top, 0)) g->scrollToItem(g->item(top, 0), QAbstractItemView::PositionAtTop);
+}
+
+void FormView::fitGridColumns(Grid& grid, QTableWidget* g, const std::vector<int>& need)
+{
+    // The designed widths assume the designer's narrower font. A column too narrow for its texts
+    // takes what the grid has left over, then what other columns' texts leave unused, the
+    // smallest shortfalls first, so short texts such as dates come out whole; a column only
+    // gives away room its own texts (header included) do not use.
+    const int cols = grid.Cols();
+    std::vector<int> width(cols);
+    int used = 0;
+    std::vector<std::pair<int, int>> shortfalls, surpluses;   // (pixels, column)
+    for (int col = 0; col < cols; ++col) {
+        width[col] = grid.ColWidth(col) >= 0 ? px(grid.ColWidth(col)) : g->horizontalHeader()->defaultSectionSize();
+        used += width[col];
+        if (need[col] > width[col]) shortfalls.emplace_back(need[col] - width[col], col);
+        else surpluses.emplace_back(width[col] - need[col], col);
+    }
+    const int scrollBar = g->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, g);
+    const int free = std::max(0, g->width() - 2 * g->frameWidth() - scrollBar - used);
+    int pool = free, taken = 0;
+    for (const auto& [spare, col] : surpluses) pool += spare;
+    std::sort(shortfalls.begin(), shortfalls.end());
+    for (const auto& [missing, col] : shortfalls) {
+        const int extra = std::min(missing, pool);
+        width[col] += extra;
+        pool -= extra;
+        taken += extra;
+    }
+    int fromOthers = std::max(0, taken - free);
+    std::sort(surpluses.rbegin(), surpluses.rend());
+    for (const auto& [spare, col] : surpluses) {
+        const int cut = std::min(spare, fromOthers);
+        width[col] -= cut;
+        fromOthers -= cut;
+    }
+    for (int col = 0; col < cols; ++col) g->setColumnWidth(col, width[col]);
 }
 
 void FormView::syncToolBar(Control& c, QWidget* w)

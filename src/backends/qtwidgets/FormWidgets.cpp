@@ -1,4 +1,10 @@
 #include "FormWidgets.h"
+#include <QKeyEvent>
+#include <QLocale>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
 #include <QVBoxLayout>
 
 namespace steplets::qt {
@@ -20,27 +26,114 @@ void TabStripWidget::resizeEvent(QResizeEvent* event)
 }
 
 CalendarBox::CalendarBox(QWidget* parent)
-    : QWidget(parent), m_calendar(new QCalendarWidget(this)), m_noDate(new QLabel(QStringLiteral("(no date)"), this))
+    : QWidget(parent), m_calendar(new QCalendarWidget(this)), m_noDate(new QLabel(QStringLiteral("(no date)"), this)),
+      m_popup(new QFrame(this, Qt::Popup))
 {
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(m_calendar, 1);
-    layout->addWidget(m_noDate);
     m_calendar->setObjectName(QStringLiteral("calendar"));
     m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
     m_noDate->setAlignment(Qt::AlignCenter);
+    m_popup->setFrameShape(QFrame::StyledPanel);
+    auto* popupLayout = new QVBoxLayout(m_popup);
+    popupLayout->setContentsMargins(1, 1, 1, 1);
+    // A day picked in the drop-down closes it; the binding hears the same click.
+    QObject::connect(m_calendar, &QCalendarWidget::clicked, m_popup, [this] { if (m_dropDown) m_popup->hide(); });
+    setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(m_calendar);
+}
+
+CalendarBox::~CalendarBox() = default;
+
+void CalendarBox::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    arrange();
+}
+
+void CalendarBox::arrange()
+{
+    // Lower than the month grid needs: a field with a drop-down, as a date field is drawn.
+    const bool drop = height() < m_calendar->minimumSizeHint().height();
+    if (drop != m_dropDown) {
+        m_dropDown = drop;
+        if (drop) {
+            m_popup->layout()->addWidget(m_calendar);
+            setFocusProxy(nullptr);
+        } else {
+            m_popup->hide();
+            m_calendar->setParent(this);
+            setFocusProxy(m_calendar);
+        }
+        m_calendar->show();
+    }
+    m_noDate->setVisible(!m_dropDown && !m_date.isValid());
+    if (!m_dropDown) {
+        const int noDate = m_noDate->isVisible() ? m_noDate->sizeHint().height() : 0;
+        m_calendar->setGeometry(0, 0, width(), height() - noDate);
+        m_noDate->setGeometry(0, height() - noDate, width(), noDate);
+    }
+    update();
+}
+
+QString CalendarBox::fieldText() const
+{
+    return m_date.isValid() ? QLocale().toString(m_date, QLocale::ShortFormat) : QStringLiteral("(no date)");
+}
+
+void CalendarBox::paintEvent(QPaintEvent* event)
+{
+    if (!m_dropDown) return QWidget::paintEvent(event);
+    // Drawn as the style draws a drop-down list: a frame, the text and the arrow.
+    QStylePainter painter(this);
+    QStyleOptionComboBox option;
+    option.initFrom(this);
+    option.editable = false;
+    option.currentText = fieldText();
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+}
+
+void CalendarBox::mousePressEvent(QMouseEvent* event)
+{
+    if (m_dropDown && event->button() == Qt::LeftButton && isEnabled()) {
+        setFocus(Qt::MouseFocusReason);
+        showPopup();
+        return;
+    }
+    QWidget::mousePressEvent(event);
+}
+
+void CalendarBox::keyPressEvent(QKeyEvent* event)
+{
+    const bool opens = event->key() == Qt::Key_F4 || event->key() == Qt::Key_Space ||
+                       (event->key() == Qt::Key_Down && event->modifiers() & Qt::AltModifier);
+    if (m_dropDown && opens) {
+        showPopup();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void CalendarBox::showPopup()
+{
+    if (!m_dropDown) return;
+    m_popup->adjustSize();
+    // Under the field, or above it when the screen ends below; never off the screen's sides.
+    QRect r(mapToGlobal(QPoint(0, height())), m_popup->sizeHint());
+    if (const QScreen* screen = this->screen()) {
+        const QRect avail = screen->availableGeometry();
+        if (r.bottom() > avail.bottom()) r.moveBottom(mapToGlobal(QPoint(0, 0)).y() - 1);
+        r.moveLeft(qBound(avail.left(), r.left(), qMax(avail.left(), avail.right() - r.width())));
+    }
+    m_popup->setGeometry(r);
+    m_popup->show();
+    m_calendar->setFocus(Qt::PopupFocusReason);
 }
 
 void CalendarBox::showDate(const QDate& date)
 {
-    m_noDate->setVisible(!date.isValid());
-    if (date.isValid()) {
-        m_calendar->setSelectedDate(date);
-    } else {
-        m_calendar->setSelectedDate(QDate::currentDate());
-    }
+    m_date = date;
+    m_calendar->setSelectedDate(date.isValid() ? date : QDate::currentDate());
+    arrange();
 }
 
 } // namespace steplets::qt

@@ -1,7 +1,7 @@
 #pragma once
 // Widgets made of two for the control kinds that Qt has no single widget for: a tab strip (a
 // panel whose tabs run along its top, the pages lying on the panel) and a calendar that can
-// show "no date".
+// show "no date" and fits the room its design gives it.
 #include <QCalendarWidget>
 #include <QFrame>
 #include <QLabel>
@@ -21,16 +21,37 @@ private:
     QTabBar* m_bar;
 };
 
+// A calendar designed as high as a month grid shows the grid itself, with "(no date)" under it
+// while there is no date. One designed lower (a line, as a date field) is a field that shows the
+// date, or "(no date)", and drops the month grid down under itself when clicked (or on F4,
+// Alt+Down, Space); a click on a day picks it and closes the drop-down.
 class CalendarBox : public QWidget {
 public:
     explicit CalendarBox(QWidget* parent);
+    ~CalendarBox() override;
+    // The month grid, wherever it lies: in the box, or in the drop-down.
     QCalendarWidget* calendar() const { return m_calendar; }
+    bool isDropDown() const { return m_dropDown; }
+    // Drops the month grid down under the field (a drop-down box only).
+    void showPopup();
     // Null shows the month of today with nothing chosen and says so.
     void showDate(const QDate& date);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
+    void arrange();
+    QString fieldText() const;
+
     QCalendarWidget* m_calendar;
     QLabel* m_noDate;
+    QFrame* m_popup;
+    QDate m_date;
+    bool m_dropDown = false;
 };
 
 } // namespace steplets::qt
