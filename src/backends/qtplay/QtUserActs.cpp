@@ -253,6 +253,11 @@ void pickDate(QWidget* w, const Step& step, const QString& what)
 {
     auto* box = dynamic_cast<qt::CalendarBox*>(w);
     if (!box) refuse(QStringLiteral("%1 is not a calendar").arg(what));
+    // A calendar drawn as a date field drops its month grid down when clicked.
+    if (box->isDropDown()) {
+        requireReachable(box, what);
+        clickAt(box, box->rect().center(), what);
+    }
     QCalendarWidget* cal = box->calendar();
     requireReachable(cal, what);
     const QDate date = QDate::fromString(member(step, "value"), Qt::ISODate);
