@@ -68,7 +68,7 @@ bool QtScriptDriver::accepts(const Wait& w, const Step& step) const
 {
     switch (w.what.kind) {
     case qt::UserWait::Kind::Form:
-        return step.kind == Step::Kind::FormAction && (!step.namesForm() || step.form() == w.what.form->name());
+        return step.isForForm(w.what.form->name());
     case qt::UserWait::Kind::MsgBox: return step.kind == Step::Kind::MsgBox;
     case qt::UserWait::Kind::Item: return step.kind == Step::Kind::Item;
     case qt::UserWait::Kind::Picker: return step.kind == Step::Kind::Picker;
@@ -198,11 +198,7 @@ void QtScriptDriver::actInYield()
     if (!m_waitEnds || m_clock.elapsedMs() < *m_waitEnds || m_host.aborting()) return;
     auto forActive = [this] {
         const auto& stack = m_host.modalStack();
-        if (m_script.atEnd() || stack.empty() || m_host.aborting()) return false;
-        const Step& next = m_script.peek();
-        const Form* active = stack.back();
-        return next.kind == Step::Kind::FormAction && (!next.namesForm() || next.form() == active->name())
-            && active->isLoaded() && active->Visible();
+        return !m_host.aborting() && m_script.nextIsForActive(stack.empty() ? nullptr : stack.back());
     };
     if (!forActive()) return;
     m_waitEnds.reset();

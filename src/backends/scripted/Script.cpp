@@ -1,4 +1,5 @@
 #include "Script.h"
+#include "controls/Form.h"
 #include <QRegularExpression>
 #include <QSet>
 #include <cmath>
@@ -146,6 +147,10 @@ bool checkPicker(StepChecker& c, const QJsonObject& step) {
 }
 
 } // namespace
+
+bool Script::nextIsForActive(const Form* active) const {
+    return !atEnd() && active && peek().isForForm(active->name()) && active->isLoaded() && active->Visible();
+}
 
 QString Step::describe() const {
     QString what;

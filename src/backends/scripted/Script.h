@@ -8,6 +8,10 @@
 #include <optional>
 #include <vector>
 
+namespace steplets {
+class Form;
+}
+
 namespace steplets::scripted {
 
 struct Step {
@@ -19,6 +23,8 @@ struct Step {
 
     QString form() const { return json.value(QStringLiteral("form")).toString(); }
     bool namesForm() const { return json.contains(QStringLiteral("form")); }
+    // A form action that the window of that name may take (one that names no window fits any).
+    bool isForForm(const QString& name) const { return kind == Kind::FormAction && (!namesForm() || form() == name); }
     // "step 4 (click cmdAdd on frmSteplet)".
     QString describe() const;
 };
@@ -35,6 +41,9 @@ public:
     Step take() { return m_steps[m_next++]; }
     int remaining() const { return static_cast<int>(m_steps.size() - m_next); }
     int size() const { return static_cast<int>(m_steps.size()); }
+    // Whether the next step is a form action for `active`, a window that is loaded and shown:
+    // the steps a person does in the active window while the component yields.
+    bool nextIsForActive(const Form* active) const;
 
 private:
     std::vector<Step> m_steps;

@@ -110,7 +110,7 @@ void ScriptedHost::showModal(Form& form) {
         run(form.name() + QStringLiteral(": Activate"), [&] { form.activate(); });
         const Waiting w{
             [&form](const Step& s) {
-                return s.kind == Step::Kind::FormAction && (!s.namesForm() || s.form() == form.name());
+                return s.isForForm(form.name());
             },
             [this, &form] { return form.isLoaded() && form.Visible() && !m_stack.empty() && m_stack.back() == &form; },
             QStringLiteral("the window ") + form.name()};
@@ -178,13 +178,7 @@ void ScriptedHost::DoEvents() {
 // run out, the steps that follow it go to the active window, as far as they are meant for it.
 void ScriptedHost::actInYield() {
     if (!m_waitEnds || m_clock.elapsedMs() < *m_waitEnds) return;
-    auto forActive = [this] {
-        if (m_script.atEnd() || m_stack.empty()) return false;
-        const Step& next = m_script.peek();
-        const Form* active = m_stack.back();
-        return next.kind == Step::Kind::FormAction && (!next.namesForm() || next.form() == active->name())
-            && active->isLoaded() && active->Visible();
-    };
+    auto forActive = [this] { return m_script.nextIsForActive(m_stack.empty() ? nullptr : m_stack.back()); };
     if (!forActive()) return;
     m_waitEnds.reset();
     while (forActive()) {
