@@ -135,6 +135,9 @@ QString xParam(icalproperty* p, const QString& name)
     return {};
 }
 
+// The value written for a user property whose text is empty.
+const QString kNoValue = QStringLiteral("-");
+
 QString userValueText(const UserPropertyData& u)
 {
     if (u.value.isNull())
@@ -262,7 +265,7 @@ std::optional<TaskData> readTodo(icalcomponent* todo)
             u.name = xParam(p, prefix() + QLatin1String("NAME"));
             u.type = xParam(p, prefix() + QLatin1String("TYPE")).toInt();
             u.inFolderFields = isTrue(xParam(p, prefix() + QLatin1String("FOLDER")));
-            u.value = userValueOf(u.type, value);
+            u.value = isTrue(xParam(p, prefix() + QLatin1String("EMPTY"))) ? Value(QString()) : userValueOf(u.type, value);
             t.userProperties << u;
         } else if (name.startsWith(prefix())) {
             for (const Extra& e : extras())
@@ -369,7 +372,12 @@ void writeTodo(icalcomponent* todo, const TaskData& t)
         add(p);
     }
     for (const UserPropertyData& u : t.userProperties) {
-        icalproperty* p = xProperty(prefix() + QLatin1String("USERPROPERTY"), userValueText(u));
+        // An X- property needs a value to be read back (libical drops an empty one and counts
+        // it an error), so an empty text is written as a marked placeholder.
+        const QString value = userValueText(u);
+        icalproperty* p = xProperty(prefix() + QLatin1String("USERPROPERTY"), value.isEmpty() ? kNoValue : value);
+        if (value.isEmpty())
+            addXParam(p, prefix() + QLatin1String("EMPTY"), QStringLiteral("TRUE"));
         addXParam(p, prefix() + QLatin1String("NAME"), u.name);
         addXParam(p, prefix() + QLatin1String("TYPE"), QString::number(u.type));
         addXParam(p, prefix() + QLatin1String("FOLDER"), u.inFolderFields ? QStringLiteral("TRUE") : QStringLiteral("FALSE"));

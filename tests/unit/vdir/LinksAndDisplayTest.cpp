@@ -48,11 +48,13 @@ TEST_F(LinksAndDisplay, UserPropertiesOfEachTypeRoundTrip)
     auto count = props.Add(QStringLiteral("Visits"), ol::olInteger);
     EXPECT_EQ(count->Value(), Value(0)) << "a new property has its type's default";
     count->set(Value("7"));
+    // A time card without an activity stamps empty texts; the file must still read back.
+    props.Add(QStringLiteral("Activity"), ol::olText, true)->set(Value(QString()));
     task->Save();
 
     auto back = reload(task->EntryID());
     auto& read = back->UserProperties();
-    ASSERT_EQ(read.Count(), 6);
+    ASSERT_EQ(read.Count(), 7);
     EXPECT_EQ(read.Item(1)->Name(), QStringLiteral("OrdivaneID"));
     EXPECT_EQ(read.Find(QStringLiteral("OrdivaneID"))->Value(), Value("abc, def; ghi"));
     EXPECT_EQ(read.Find(QStringLiteral("Project"))->Value(), Value("Harbor"));
@@ -61,6 +63,7 @@ TEST_F(LinksAndDisplay, UserPropertiesOfEachTypeRoundTrip)
     EXPECT_EQ(read.Find(QStringLiteral("Filed"))->Value(), Value(Date::fromParts(2024, 2, 29, 13, 5)));
     EXPECT_EQ(read.Find(QStringLiteral("Visits"))->Value(), Value(7));
     EXPECT_EQ(read.Find(QStringLiteral("Visits"))->Type(), ol::olInteger);
+    EXPECT_EQ(read.Find(QStringLiteral("Activity"))->Value(), Value(QString()));
     EXPECT_EQ(read.Find(QStringLiteral("Missing")), nullptr);
 }
 
