@@ -14,10 +14,15 @@ namespace {
 
 const QString kNoDate = QStringLiteral("4501-01-01T00:00:00");
 
-// A template row as the authoring flow leaves it: every column filled, dates absent.
+// A template row with every column filled and no date. Processing keeps a Null column's value
+// from the template before (as it must), so a text a template does not use is the empty text,
+// never Null: otherwise one demo template's notes or categories would turn up on the next task.
 QJsonObject templateRow(const QString& subject, int dateType)
 {
     QJsonObject r;
+    for (const char* n : {"BillingInformation", "Body", "Categories", "Companies", "Mileage", "ReminderSoundFile",
+                          "Role", "UserPrompt1", "UserPrompt2", "UserPrompt3", "UserPrompt4", "AnchorDescription"})
+        r.insert(QLatin1String(n), QString());
     for (const char* n : {"ActualWork", "Importance", "DayOfMonth", "DayOfWeekMask", "Instance", "Interval",
                           "MonthOfYear", "Occurrences", "RecurrenceType", "PercentComplete", "Sensitivity",
                           "Status", "TotalWork", "DueDateOffset", "PatternEndOffset", "PatternStartOffset",

@@ -115,7 +115,15 @@ TEST_F(SchemaData, DemoDataHasEachDateTypeTwoGroupsAndTheContacts)
     sqlcipher::seedDemo(dir.path(), contacts);
     const QJsonObject dump = sqlcipher::dumpStore(dir.path());
     std::set<int> dateTypes;
-    for (const QJsonValue& t : rowsOf(dump, "local", "tblSteplets")) dateTypes.insert(t.toObject().value(QStringLiteral("DateType")).toInt());
+    for (const QJsonValue& t : rowsOf(dump, "local", "tblSteplets")) {
+        dateTypes.insert(t.toObject().value(QStringLiteral("DateType")).toInt());
+        // A Null would let the template before it fill in this template's task.
+        for (const QString& column : t.toObject().keys())
+            if (!column.startsWith(QLatin1String("Reserved"))) {
+                EXPECT_FALSE(t.toObject().value(column).isNull())
+                    << qPrintable(column) << " of template " << t.toObject().value(QStringLiteral("ID")).toInt();
+            }
+    }
     EXPECT_EQ(dateTypes, (std::set<int>{0, 1, 2}));
     EXPECT_EQ(rowsOf(dump, "local", "tblTaskGroups").size(), 2);
     const QJsonArray rows = rowsOf(dump, "link", "tblContacts");
