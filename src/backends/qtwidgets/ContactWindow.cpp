@@ -4,8 +4,6 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -61,18 +59,11 @@ ContactWindow::ContactWindow(const ol::ContactItem& item, QWidget* parent) : QDi
             const QString value = text(item, property);
             if (value.isEmpty())
                 continue;
-            QWidget* field;
-            if (multiLine && value.contains(QLatin1Char('\n'))) {
-                auto* edit = new QPlainTextEdit(value, box);
-                edit->setReadOnly(true);
-                edit->setFixedHeight(edit->fontMetrics().lineSpacing() * (value.count(QLatin1Char('\n')) + 2) + 8);
-                field = edit;
-            } else {
-                auto* edit = new QLineEdit(value, box);
-                edit->setReadOnly(true);
-                edit->setCursorPosition(0);
-                field = edit;
-            }
+            // A label, not a read-only edit box: a box that takes the cursor looks as if an
+            // edit would be kept, and this window saves nothing.
+            auto* field = new QLabel(value, box);
+            field->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+            field->setWordWrap(multiLine);
             field->setObjectName(property);
             form->addRow(QString::fromLatin1(e.label) + QLatin1Char(':'), field);
         }
@@ -102,11 +93,8 @@ ContactWindow::ContactWindow(const ol::ContactItem& item, QWidget* parent) : QDi
 
 QString ContactWindow::shown(const QString& property) const
 {
-    if (const auto* line = findChild<QLineEdit*>(property))
-        return line->text();
-    if (const auto* box = findChild<QPlainTextEdit*>(property))
-        return box->toPlainText();
-    return {};
+    const auto* field = findChild<QLabel*>(property);
+    return field ? field->text() : QString();
 }
 
 } // namespace steplets::qt
