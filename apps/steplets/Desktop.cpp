@@ -27,12 +27,24 @@ QString stateDirectory()
     return QDir(base).filePath(QStringLiteral("steplets"));
 }
 
-QString logFilePath() { return QDir(stateDirectory()).filePath(QStringLiteral("steplets.log")); }
-
-void appendToLog(const QString& line)
+namespace {
+// Whether the user chose the data folder, rather than taking the per-user default.
+bool homeChosen(const HostOptions& options)
 {
-    QDir().mkpath(QFileInfo(logFilePath()).absolutePath());
-    QFile log(logFilePath());
+    return !options.home.isEmpty() || !qEnvironmentVariable("STEPLETS_HOME").isEmpty();
+}
+} // namespace
+
+QString logFilePath(const HostOptions& options)
+{
+    const QString folder = homeChosen(options) ? homeOf(options) : stateDirectory();
+    return QDir(folder).filePath(QStringLiteral("steplets.log"));
+}
+
+void appendToLog(const QString& logFile, const QString& line)
+{
+    QDir().mkpath(QFileInfo(logFile).absolutePath());
+    QFile log(logFile);
     if (log.open(QIODevice::Append | QIODevice::Text))
         QTextStream(&log) << QDateTime::currentDateTime().toString(Qt::ISODate) << "  " << line << '\n';
 }
@@ -51,31 +63,51 @@ bool ensureEmbeddedDefault(const QString& home)
     return true;
 }
 
+FailureMessage failureMessage(const QString& version, const QString& description, const QString& number,
+                              const QString& source, const QString& location, const QString& logFile)
+{
+    FailureMessage m;
+    // The stores and the settings describe their failures as sentences that say what to do; a
+    // bare run-time text ("Overflow") is put into one.
+    const QString said = description.trimmed();
+    const bool sentence = said.contains(QLatin1Char(' ')) && (said.endsWith(QLatin1Char('.')) || said.endsWith(QLatin1Char('!')));
+    m.what = sentence ? said
+                      : QStringLiteral("Steplets stopped what it was doing because of an unexpected problem (%1).")
+                            .arg(said.isEmpty() ? QStringLiteral("failure ") + number : said);
+    m.advice = QStringLiteral("Close this message and carry on or start Steplets again: what was saved before stays "
+                              "saved. If it happens again, send the details, also kept in %1, to your support.")
+                   .arg(QDir::toNativeSeparators(logFile));
+    m.details = QStringLiteral("Failure %1 in %2, Steplets %3\nDescription: %4\nWhere:%5")
+                    .arg(number, source, version, description, location);
+    return m;
+}
+
 void DesktopReporter::Report(const QString& version, const QString& description, const QString& number,
                              const QString& source, const QString& location)
 {
-    // 1. The log first: the report survives whatever the message box meets.
-    QDir().mkpath(stateDirectory());
-    QFile log(logFilePath());
-    if (log.open(QIODevice::Append | QIODevice::Text)) {
-        QTextStream(&log) << QDateTime::currentDateTime().toString(Qt::ISODate) << "  version " << version << "  failure "
-                          << number << "  " << description << "  source " << source << "  at " << location << '\n';
+    if (m_reported) *m_reported = true;
+    // The log first: the report survives whatever the message box meets.
+    appendToLog(m_logFile, QStringLiteral("version %1  failure %2  %3  source %4  at %5")
+                               .arg(version, number, description, source, QString(location).replace(QLatin1String("\r\n"), QLatin1String(" | "))));
+    const FailureMessage m = failureMessage(version, description, number, source, location, m_logFile);
+    if (m_host.driven()) {
+        // A played session has nobody to read a box: the player's output says it instead.
+        QTextStream(stderr) << "steplets: " << m.what << "\n";
+        return;
     }
-    // 2. Then the user.
-    QMessageBox box(QMessageBox::Critical, QStringLiteral("Steplets"),
-                    QStringLiteral("%1\n\nFailure %2 in %3\n%4").arg(description, number, source, location),
-                    QMessageBox::Ok, m_host.activeWindow());
+    QMessageBox box(QMessageBox::Critical, QStringLiteral("Steplets"), m.what, QMessageBox::Ok, m_host.activeWindow());
     box.setObjectName(QStringLiteral("FailureReport"));
-    box.setInformativeText(QStringLiteral("Version %1. Written to %2").arg(version, QDir::toNativeSeparators(logFilePath())));
+    box.setInformativeText(m.advice);
+    box.setDetailedText(m.details);
     box.exec();
 }
 
 QString homeOf(const HostOptions& options) { return QDir::cleanPath(sqlcipher::dataDirectory(options.home)); }
 
 std::shared_ptr<ol::Application> wirePorts(const HostOptions& options, const QString& home,
-                                           const std::shared_ptr<qt::QtUiHost>& host)
+                                           const std::shared_ptr<qt::QtUiHost>& host, bool* reported)
 {
-    const bool chosen = !options.home.isEmpty() || !qEnvironmentVariable("STEPLETS_HOME").isEmpty();
+    const bool chosen = homeChosen(options);
     vdir::VdirConfig config;
     config.root = QDir(home).filePath(QStringLiteral("vdir"));
     config.storeId = options.args.sContactFolderSID.isEmpty() ? QStringLiteral("store") : options.args.sContactFolderSID;
@@ -88,25 +120,31 @@ std::shared_ptr<ol::Application> wirePorts(const HostOptions& options, const QSt
     ports.settings = std::make_shared<IniSettings>(chosen ? QDir(home).filePath(QStringLiteral("config")) : QString());
     ports.ui = host;
     qt::QtUiHost* raw = host.get();
-    ports.errorReporter = [raw] { return std::make_unique<DesktopReporter>(*raw); };
+    ports.errorReporter = [raw, log = logFilePath(options), reported] {
+        return std::make_unique<DesktopReporter>(*raw, log, reported);
+    };
     ports.componentDirectory = home;
     return vdir::openVdirStore(config, host);
 }
 
 int runSession(const HostOptions& options, const std::shared_ptr<qt::QtUiHost>& host)
 {
-    // 1. The directory, with the embedded default on first start.
+    bool reported = false;
+    const QString log = logFilePath(options);
+    auto report = [&](const QString& description, const QString& number, const QString& source, const QString& where) {
+        DesktopReporter(*host, log, &reported).Report(modDLLErrHandler::VersionText(), description, number, source, where);
+    };
+    // The directory, with the embedded default on first start.
     const QString home = homeOf(options);
     try {
         ensureEmbeddedDefault(home);
     } catch (const Failure& f) {
-        DesktopReporter(*host).Report(modDLLErrHandler::VersionText(), f.description(), QString::number(f.number()),
-                                      f.source(), QStringLiteral("embedded default in ") + home);
+        report(f.description(), QString::number(f.number()), f.source(), QStringLiteral("embedded default in ") + home);
         return 1;
     }
-    // 2. The ports, then the host's call.
+    // The ports, then the host's call.
     HostArguments args = options.args;
-    args.olApp = wirePorts(options, home, host);
+    args.olApp = wirePorts(options, home, host, &reported);
     args.olNS = args.olApp->GetNamespace(QStringLiteral("MAPI"));
     int status = 0;
     try {
@@ -117,16 +155,19 @@ int runSession(const HostOptions& options, const std::shared_ptr<qt::QtUiHost>& 
         if (abort.reason() == HostAbort::Reason::CannotPlay) {
             // Only a played script stops this way: its player, not a user, wants to know why.
             QTextStream(stderr) << "steplets: " << abort.message() << "\n";
-            process().ports = Ports();
-            return 2;
+            status = 2;
+        } else {
+            // A failure no handler took: the window is gone, the user and the log are told.
+            report(abort.message(), QStringLiteral("0"), QStringLiteral("steplets"), QStringLiteral("event handler"));
         }
-        // A failure no handler took: the window is gone, the user and the log are told.
-        DesktopReporter(*host).Report(modDLLErrHandler::VersionText(), abort.message(), QStringLiteral("0"),
-                                      QStringLiteral("steplets"), QStringLiteral("event handler"));
-        status = 1;
     }
+    // The session's objects go while the application is still there (the task store holds the
+    // host, whose widgets cannot outlive it); the trail stays, as for any later session.
+    const QString trail = session().ErrorTrail;
+    session() = SessionContext();
+    session().ErrorTrail = trail;
     process().ports = Ports();
-    return status;
+    return status != 0 ? status : reported ? 1 : 0;
 }
 
 } // namespace steplets::desktop

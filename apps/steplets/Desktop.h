@@ -14,10 +14,11 @@ namespace steplets::desktop {
 
 // The per-user state directory: $XDG_STATE_HOME/steplets, else ~/.local/state/steplets.
 QString stateDirectory();
-// Where each failure report is appended.
-QString logFilePath();
-// Appends one line, with the time, to that log.
-void appendToLog(const QString& line);
+// The program's log: in the data folder when the user chose one (--home or $STEPLETS_HOME), so
+// each folder keeps its own history, else in the state directory.
+QString logFilePath(const HostOptions& options);
+// Appends one line, with the time, to a log file.
+void appendToLog(const QString& logFile, const QString& line);
 // Where the help pages are looked for when none lies beside the help file: the installed data
 // folder, then the source tree's when the program runs from its build folder.
 QStringList helpFolders();
@@ -27,15 +28,30 @@ QStringList helpFolders();
 // created them; a home with one database but not the other is left for the component to report.
 bool ensureEmbeddedDefault(const QString& home);
 
-// Shows each report to the user and appends it, with the time, to the log file.
+// What the user is told of a failure: one sentence of what failed, one of what to do, and the
+// technical details (failure number, source, version and the trail) for a details button.
+struct FailureMessage {
+    QString what;
+    QString advice;
+    QString details;
+};
+FailureMessage failureMessage(const QString& version, const QString& description, const QString& number,
+                              const QString& source, const QString& location, const QString& logFile);
+
+// Shows each report to the user in plain words, with the details behind a button, and appends
+// the whole report, with the time, to the log file. `reported` is set, so the program can end
+// with status 1.
 class DesktopReporter : public ErrorReporter {
 public:
-    explicit DesktopReporter(qt::QtUiHost& host) : m_host(host) {}
+    DesktopReporter(qt::QtUiHost& host, QString logFile, bool* reported = nullptr)
+        : m_host(host), m_logFile(std::move(logFile)), m_reported(reported) {}
     void Report(const QString& version, const QString& description, const QString& number, const QString& source,
                 const QString& location) override;
 
 private:
     qt::QtUiHost& m_host;
+    QString m_logFile;
+    bool* m_reported;
 };
 
 // The directory the session works in: the option, else $STEPLETS_HOME, else the default.
@@ -44,10 +60,10 @@ QString homeOf(const HostOptions& options);
 // Wires every port of the process for `home` and returns the task store's Application.
 // Settings lie in <home>/config when the home was chosen, else in the user's configuration.
 std::shared_ptr<ol::Application> wirePorts(const HostOptions& options, const QString& home,
-                                           const std::shared_ptr<qt::QtUiHost>& host);
+                                           const std::shared_ptr<qt::QtUiHost>& host, bool* reported = nullptr);
 
 // The whole session: the embedded default, the ports, OpenSteplets with the options' arguments.
-// Returns the exit status: 0, or 1 when a failure escaped a window's handlers.
+// Returns the exit status: 0, or 1 when a failure was reported or escaped a window's handlers.
 int runSession(const HostOptions& options, const std::shared_ptr<qt::QtUiHost>& host);
 
 } // namespace steplets::desktop

@@ -1,7 +1,7 @@
 // steplets [OPTIONS]: the desktop program. It plays the time-and-billing host: its options are
 // the arguments of OpenSteplets, and it opens the chooser on the component's directory, creating
-// the embedded demo data on first start. Exit 0 when the session ended, 1 when a failure escaped,
-// 2 on wrong usage.
+// the embedded demo data on first start. Exit 0 when the session ended, 1 when a failure was
+// reported to the user, 2 on wrong usage.
 #include "Desktop.h"
 #include "Playback.h"
 #include "QtUiHost.h"
@@ -46,7 +46,8 @@ int main(int argc, char** argv)
     }
     auto host = std::make_shared<qt::QtUiHost>(playback ? playback->clock() : nullptr);
     if (playback) playback->attach(*host);
-    host->setHelp(desktop::helpFolders(), [](const QString& line) { desktop::appendToLog(line); });
+    host->setHelp(desktop::helpFolders(),
+                  [log = desktop::logFilePath(parsed.options)](const QString& line) { desktop::appendToLog(log, line); });
     const int status = desktop::runSession(parsed.options, host);
     if (playback && status == 0 && !playback->leftOver().isEmpty()) {
         QTextStream(stderr) << "steplets: " << playback->leftOver() << "\n";

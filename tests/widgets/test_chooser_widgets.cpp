@@ -105,7 +105,7 @@ TEST_F(ChooserWidgetsTest, ManageModeTabsAndANewGroupThroughThePromptDialog)
     QStringList groups;
     for (const QJsonValue& row : table("local", "tblTaskGroups")) groups << row.toObject().value(QStringLiteral("GroupName")).toString();
     EXPECT_TRUE(groups.contains(name)) << groups.join(QStringLiteral(", ")).toStdString();
-    EXPECT_FALSE(QFile::exists(desktop::logFilePath())) << "a failure was reported";
+    EXPECT_FALSE(QFile::exists(desktop::logFilePath(options))) << "a failure was reported";
 }
 
 TEST_F(ChooserWidgetsTest, ProcessModeWithATimeCardTicksATemplateByKeyboard)
@@ -145,7 +145,7 @@ TEST_F(ChooserWidgetsTest, ProcessModeWithATimeCardTicksATemplateByKeyboard)
     EXPECT_EQ(desktop::runSession(options, host), 0);
     ASSERT_TRUE(driver.finished());
     EXPECT_TRUE(ticked);
-    EXPECT_FALSE(QFile::exists(desktop::logFilePath())) << "a failure was reported";
+    EXPECT_FALSE(QFile::exists(desktop::logFilePath(options))) << "a failure was reported";
 }
 
 TEST_F(ChooserWidgetsTest, TheCloseBoxEndsTheSession)

@@ -119,32 +119,56 @@ TEST(EmbeddedDefault, AHomeWithOneDatabaseIsNotReseeded)
 
 // --- Failure reports ---
 
-TEST(DesktopReporter, AReportIsShownAndAppendedToTheLogUnderTheStateDirectory)
+TEST(DesktopReporter, TheUserReadsAPlainSentenceAndTheTrailIsBehindDetailsAndInTheLog)
 {
     test::widgetApp();
-    test::TempDir state;
-    qputenv("XDG_STATE_HOME", state.path().toUtf8());
-    EXPECT_TRUE(logFilePath().startsWith(state.path()));
+    test::TempDir home;
     qt::QtUiHost host;
-    QString shown;
+    const QString log = home.file(QStringLiteral("steplets.log"));
+    QString what, advice, details;
     test::Driver driver;
     driver.then("the report", [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }, [&] {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        shown = box->text();
+        what = box->text();
+        advice = box->informativeText();
+        details = box->detailedText();
         EXPECT_EQ(box->icon(), QMessageBox::Critical);
         box->button(QMessageBox::Ok)->click();
     });
     driver.start();
-    DesktopReporter(host).Report(QStringLiteral("1.0.0"), QStringLiteral("Division by zero"), QStringLiteral("11"),
-                                 QStringLiteral("Steplets"), QStringLiteral("OpenSteplets:Line 30"));
-    EXPECT_TRUE(shown.contains(QStringLiteral("Division by zero")));
-    EXPECT_TRUE(shown.contains(QStringLiteral("OpenSteplets:Line 30")));
-    QFile log(logFilePath());
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly | QIODevice::Text));
-    const QString text = QString::fromUtf8(log.readAll());
-    for (const char* part : {"1.0.0", "Division by zero", "11", "Steplets", "OpenSteplets:Line 30"})
+    bool reported = false;
+    const QString trail = QStringLiteral("\r\nX:modInitialize: GetRegSettings\r\nX:frmSteplet: Form_Load:Line 30");
+    DesktopReporter(host, log, &reported)
+        .Report(QStringLiteral("1.0.0"), QStringLiteral("Division by zero"), QStringLiteral("11"), QStringLiteral("Steplets"), trail);
+    EXPECT_TRUE(reported);
+    // One sentence, no trail, and what to do, naming the log.
+    EXPECT_EQ(what.count(QLatin1Char('.')), 1) << what.toStdString();
+    EXPECT_TRUE(what.contains(QStringLiteral("Division by zero")));
+    EXPECT_FALSE(what.contains(QStringLiteral("Form_Load")));
+    EXPECT_TRUE(advice.contains(log)) << advice.toStdString();
+    EXPECT_TRUE(details.contains(QStringLiteral("frmSteplet: Form_Load:Line 30")));
+    EXPECT_TRUE(details.contains(QStringLiteral("11")));
+    // A store's own sentence already says what to do, and is shown as it stands.
+    EXPECT_EQ(failureMessage({}, QStringLiteral("The database file /x/OVLink.db was not found. Create the databases."),
+                             QStringLiteral("-2147467259"), {}, {}, log).what,
+              QStringLiteral("The database file /x/OVLink.db was not found. Create the databases."));
+
+    QFile file(log);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QString text = QString::fromUtf8(file.readAll());
+    for (const char* part : {"1.0.0", "Division by zero", "11", "Steplets", "frmSteplet: Form_Load:Line 30"})
         EXPECT_TRUE(text.contains(QLatin1String(part))) << part;
-    EXPECT_EQ(text.count(QLatin1Char('\n')), 1);
+    EXPECT_EQ(text.count(QLatin1Char('\n')), 1) << "one line per report";
+}
+
+TEST(DesktopReporter, TheLogLiesInTheChosenDataFolderElseInTheStateDirectory)
+{
+    test::TempDir state;
+    qputenv("XDG_STATE_HOME", state.path().toUtf8());
+    HostOptions options = defaultHostOptions();
+    EXPECT_TRUE(logFilePath(options).startsWith(state.path()));
+    options.home = QStringLiteral("/data/steplets");
+    EXPECT_EQ(logFilePath(options), QStringLiteral("/data/steplets/steplets.log"));
     qunsetenv("XDG_STATE_HOME");
 }
 

@@ -40,6 +40,7 @@ public:
     // A driver plays the user (nullptr: a person does). With a driver, an act the window refuses
     // cannot be played and ends the session instead of beeping.
     void setDriver(UserDriver* driver) { m_driver = driver; }
+    bool driven() const { return m_driver != nullptr; }
 
     // The view of a loaded form (nullptr when it has none).
     FormView* viewOf(const Form& form) const;
