@@ -12,7 +12,9 @@
 //    removes the row after the gap, MoveNext lands on it. So both "Delete n times" and
 //    "Delete, MoveNext n times" empty an n-row set.
 //  - A field read or written with no current row is failure 3021.
-//  - Field writes are buffered until Update (or a move, which updates implicitly).
+//  - Field writes are buffered until Update (or a move, which updates implicitly). Requery and
+//    Filter read the rows again and drop an edit that was not updated: a routine that failed
+//    between AddNew (or its first field write) and Update leaves no half-written row behind.
 #include "runtime/Value.h"
 #include <QString>
 #include <memory>

@@ -6,6 +6,8 @@
 namespace steplets::sqlcipher {
 
 namespace {
+// Long enough for the host's own short writes to pass.
+constexpr int kDefaultBusyTimeout = 5000;
 QString textOf(const unsigned char* text, int bytes)
 {
     return QString::fromUtf8(reinterpret_cast<const char*>(text), bytes);
@@ -159,7 +161,7 @@ std::shared_ptr<Database> Database::open(const QString& path, const QString& pas
         throw notValidPassword(path);
     }
     if (probe != SQLITE_OK) db->fail(probe, QStringLiteral("reading the schema"));
-    sqlite3_busy_timeout(raw, 5000);
+    db->setBusyTimeout(kDefaultBusyTimeout);
     db->exec(QStringLiteral("PRAGMA journal_mode=WAL"));
     // In WAL mode a commit is in the log file when the statement returns; the log is synced at
     // checkpoints. That keeps each write safe from a crash of the program at a cost that allows
@@ -170,6 +172,8 @@ std::shared_ptr<Database> Database::open(const QString& path, const QString& pas
 }
 
 Database::~Database() { close(); }
+
+void Database::setBusyTimeout(int milliseconds) { sqlite3_busy_timeout(m_db, milliseconds); }
 
 void Database::close()
 {

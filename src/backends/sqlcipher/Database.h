@@ -64,6 +64,8 @@ public:
     // `shownAs` is the text a failure to prepare names (the caller's own query text).
     Statement& prepare(const QString& sql, const QString& shownAs = {});
     void exec(const QString& sql);
+    // How long a statement waits for another connection's write lock before it fails.
+    void setBusyTimeout(int milliseconds);
     qint64 lastInsertKey() const;
     int changes() const;                            // rows touched by the last statement
 

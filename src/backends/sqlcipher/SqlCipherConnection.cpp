@@ -26,6 +26,13 @@ void SqlCipherConnection::Open(const QString& connectionString, const QString&, 
 {
     if (m_db && m_db->isOpen()) throw objectOpen(src::Connection);
     m_db = openDatabase(connectionString);
+    m_db->setBusyTimeout(m_busyTimeout);
+}
+
+void SqlCipherConnection::setBusyTimeout(int milliseconds)
+{
+    m_busyTimeout = milliseconds;
+    if (m_db && m_db->isOpen()) m_db->setBusyTimeout(milliseconds);
 }
 
 void SqlCipherConnection::Close()

@@ -17,9 +17,13 @@ public:
 
     // The open database; failure 3704 when the connection is closed.
     std::shared_ptr<Database> database(const QString& source) const;
+    // How long a write waits for another program's lock on the database before it fails
+    // (five seconds unless set); kept for the next Open too.
+    void setBusyTimeout(int milliseconds);
 
 private:
     std::shared_ptr<Database> m_db;
+    int m_busyTimeout = 5000;
 };
 
 // Opens (or creates) the database that a connection string names, with its password.

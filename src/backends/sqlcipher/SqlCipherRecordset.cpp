@@ -224,6 +224,13 @@ void SqlCipherRecordset::commitPending()
     if (m_edit != Edit::None) Update();
 }
 
+void SqlCipherRecordset::dropPending()
+{
+    if (m_edit == Edit::Adding) m_rowLoaded = false;
+    m_edit = Edit::None;
+    m_pending.clear();
+}
+
 void SqlCipherRecordset::MoveFirst()
 {
     catchUp();
@@ -378,7 +385,7 @@ void SqlCipherRecordset::dropKey(qint64 key)
 void SqlCipherRecordset::Requery()
 {
     db();
-    commitPending();
+    dropPending();
     loadKeyset();
     applyFilter();
     toFirst();
@@ -402,7 +409,7 @@ void SqlCipherRecordset::Filter(const QString& criteria)
     } catch (const Failure&) {
         throw badArguments(QStringLiteral("the value of the filter \"%1\" does not suit the column").arg(criteria));
     }
-    commitPending();
+    dropPending();
     m_filter = criteria;
     m_criterion = std::move(criterion);
     applyFilter();
@@ -413,7 +420,7 @@ void SqlCipherRecordset::Filter(long none)
 {
     if (none != 0) throw badArguments(QStringLiteral("a filter number other than 0"));
     catchUp();
-    commitPending();
+    dropPending();
     m_filter.clear();
     m_criterion.reset();
     applyFilter();

@@ -51,7 +51,9 @@ private:
     void loadKeyset();
     void applyFilter();
     void toFirst();
-    void commitPending();                    // the implicit Update of a move
+    void commitPending();
+    // An unfinished edit is forgotten: what the database holds is read again.
+    void dropPending();                    // the implicit Update of a move
     bool hasCurrent() const;
     qint64 currentKey() const;
     const std::vector<Value>& currentRow();

@@ -93,7 +93,7 @@ TEST_F(RecordsetEdit, WritesAreBufferedUntilUpdateAndDurableAfterIt)
     EXPECT_EQ(seen->Fields(36).value(), Value("after"));
 }
 
-TEST_F(RecordsetEdit, MovingOnStoresAPendingEdit)
+TEST_F(RecordsetEdit, MovingOnStoresAPendingEditAReadAgainDropsIt)
 {
     addTemplates({QStringLiteral("a"), QStringLiteral("b")});
     auto rs = open(QStringLiteral("SELECT * FROM tblSteplets"), local);
@@ -101,6 +101,24 @@ TEST_F(RecordsetEdit, MovingOnStoresAPendingEdit)
     rs->MoveNext();
     auto other = open(QStringLiteral("SELECT * FROM tblSteplets"), local);
     EXPECT_EQ(other->Fields(36).value(), Value("A"));
+
+    // An edit or a new row that a failed routine never updated is gone after Requery or Filter,
+    // so a refill of the lists cannot commit half a row.
+    const std::pair<const char*, std::function<void(Recordset&)>> reads[] = {
+        {"Requery", [](Recordset& r) { r.Requery(); }},
+        {"Filter", [](Recordset& r) { r.Filter(QStringLiteral("Subject = 'b'")); }},
+        {"Filter 0", [](Recordset& r) { r.Filter(0L); }},
+    };
+    for (const auto& [name, read] : reads) {
+        rs->MoveFirst();
+        rs->Fields(36).setValue(Value("half"));
+        read(*rs);
+        rs->AddNew();
+        rs->Fields(36).setValue(Value("never"));
+        read(*rs);
+        rs->Filter(0L);
+        EXPECT_EQ(column(*rs, QStringLiteral("Subject")), (QStringList{QStringLiteral("A"), QStringLiteral("b")})) << name;
+    }
 }
 
 TEST_F(RecordsetEdit, AddNewRowsAppearAtOnceWithIdsThatNeverRepeat)
