@@ -14,7 +14,8 @@
 //
 // The endings: orElse/attempt leave (with the fallback) after the report; run(body, after) does
 // one more action after the report (unload the window, release objects); step() reports and goes
-// on with the next statement; ignoring() keeps the failure's number for the routine to test.
+// on with the next statement; ignoring() keeps the failure's number for the routine to test, and
+// ignoringTest() is a test of such a stretch, true when it fails.
 // A HostAbort (the host cannot go on with the session at all) passes every guard.
 #include "HostAbort.h"
 #include "runtime/Failure.h"
@@ -92,6 +93,14 @@ public:
         catch (const HostAbort&) { throw; }
         catch (...) { m_lastError = currentFailure(std::current_exception()).number(); }
         return m_lastError;
+    }
+    // A test in such a stretch: a test that fails counts as true, as the statement after a
+    // failing If goes on into its body; the failure's number is kept as by ignoring().
+    template <class F>
+    bool ignoringTest(int line, F&& test) {
+        bool result = true;
+        ignoring(line, [&] { result = static_cast<bool>(std::forward<F>(test)()); });
+        return result;
     }
     long lastError() const { return m_lastError; }
     void clearError() { m_lastError = 0; }

@@ -81,6 +81,11 @@ TEST_F(GuardTest, StepsGoOnAfterAFailureAndIgnoredStretchesKeepTheNumber)
 
     EXPECT_EQ(g.ignoring(50, [] { throw Failure(-2147221233, "The item could not be found"); }), -2147221233);
     EXPECT_EQ(g.ignoring(60, [] {}), 0);
+    // A test that fails in such a stretch counts as true.
+    EXPECT_TRUE(g.ignoringTest(70, []() -> bool { throw Failure::typeMismatch(); }));
+    EXPECT_EQ(g.lastError(), 13);
+    EXPECT_FALSE(g.ignoringTest(80, [] { return false; }));
+    EXPECT_EQ(g.lastError(), 0);
     EXPECT_EQ(sink.reports.size(), 1u) << "ignored failures are not reported";
 }
 
