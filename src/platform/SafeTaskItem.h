@@ -10,6 +10,13 @@ namespace steplets {
 class SafeTaskItem {
 public:
     void setItem(std::shared_ptr<ol::TaskItem> item) { m_item = std::move(item); }
+    // For a window that only borrows the task while the user edits it.
+    static SafeTaskItem borrowing(ol::TaskItem& item)
+    {
+        SafeTaskItem safe;
+        safe.setItem(std::shared_ptr<ol::TaskItem>(&item, [](ol::TaskItem*) {}));
+        return safe;
+    }
     QString Body() const { return task().safeBody(); }
     void setBody(const QString& body) { task().setSafeBody(body); }
 

@@ -1,4 +1,5 @@
 #include "ScriptedHost.h"
+#include "SafeTaskItem.h"
 #include "ScriptedUser.h"
 #include "controls/Controls.h"
 #include "runtime/Failure.h"
@@ -214,7 +215,13 @@ void ScriptedHost::displayItem(ol::Item& item, const QString& kind, bool modal) 
         run(step.describe(), [&] {
             const QJsonObject set = acts.value(QStringLiteral("set")).toObject();
             for (auto it = set.begin(); it != set.end(); ++it)
-                refusing(QStringLiteral("the item refuses %1").arg(it.key()), [&] { item.set(it.key(), valueFromJson(it.value())); });
+                refusing(QStringLiteral("the item refuses %1").arg(it.key()), [&] {
+                    // A task's notes are reached only through the safe item, as on the task form.
+                    if (it.key() == QLatin1String("Body") && item.kind() == ol::Item::Kind::Task)
+                        SafeTaskItem::borrowing(static_cast<ol::TaskItem&>(item)).setBody(valueFromJson(it.value()).toText());
+                    else
+                        item.set(it.key(), valueFromJson(it.value()));
+                });
             const QJsonObject rec = acts.value(QStringLiteral("recurrence")).toObject();
             if (!rec.isEmpty()) {
                 if (item.kind() != ol::Item::Kind::Task) throw UserActionRefused(QStringLiteral("a contact has no recurrence"));
