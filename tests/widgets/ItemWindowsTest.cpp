@@ -146,19 +146,19 @@ TEST_F(ItemWindowsTest, TaskFieldsTypedByTheUserAreInTheFileAfterSaveAndClose)
     auto task = savedTask(QStringLiteral("Draft"));
     TaskWindow w(*task);
     showAndWait(w);
-    typeInto(child<QLineEdit>(w, "subject"), QStringLiteral("Quarterly filing"));
+    typeInto(child<QLineEdit>(w, "Subject"), QStringLiteral("Quarterly filing"));
     // A new task has no dates: the user first unticks "None".
-    ASSERT_FALSE(child<QDateEdit>(w, "start")->isEnabled());
-    press(child<QCheckBox>(w, "startNone"));
-    press(child<QCheckBox>(w, "dueNone"));
-    child<QDateEdit>(w, "start")->setDate(QDate(2025, 4, 7));
-    child<QDateEdit>(w, "due")->setDate(QDate(2025, 4, 30));
-    chooseByKeys(child<QComboBox>(w, "status"), ol::olTaskWaiting);
-    chooseByKeys(child<QComboBox>(w, "priority"), ol::olImportanceHigh);
-    typeInto(child<QSpinBox>(w, "percentComplete"), QStringLiteral("40"));
-    press(child<QCheckBox>(w, "reminder"));
-    child<QDateTimeEdit>(w, "reminderTime")->setDateTime(QDateTime(QDate(2025, 4, 29), QTime(9, 15)));
-    auto* notes = child<QPlainTextEdit>(w, "body");
+    ASSERT_FALSE(child<QDateEdit>(w, "StartDate")->isEnabled());
+    press(child<QCheckBox>(w, "StartDateNone"));
+    press(child<QCheckBox>(w, "DueDateNone"));
+    child<QDateEdit>(w, "StartDate")->setDate(QDate(2025, 4, 7));
+    child<QDateEdit>(w, "DueDate")->setDate(QDate(2025, 4, 30));
+    chooseByKeys(child<QComboBox>(w, "Status"), ol::olTaskWaiting);
+    chooseByKeys(child<QComboBox>(w, "Importance"), ol::olImportanceHigh);
+    typeInto(child<QSpinBox>(w, "PercentComplete"), QStringLiteral("40"));
+    press(child<QCheckBox>(w, "ReminderSet"));
+    child<QDateTimeEdit>(w, "ReminderTime")->setDateTime(QDateTime(QDate(2025, 4, 29), QTime(9, 15)));
+    auto* notes = child<QPlainTextEdit>(w, "Body");
     QTest::keyClicks(notes, QStringLiteral("Ask for the receipts"));
     QTest::keyClick(notes, Qt::Key_Return);
     QTest::keyClicks(notes, QStringLiteral("then file"));
@@ -188,11 +188,11 @@ TEST_F(ItemWindowsTest, TaskDatesSetToNoneAndAReminderTurnedOffLeaveTheFile)
     task->Save();
     TaskWindow w(*task);
     showAndWait(w);
-    EXPECT_EQ(child<QDateEdit>(w, "due")->date(), QDate(2025, 5, 9));
-    press(child<QCheckBox>(w, "startNone"));
-    press(child<QCheckBox>(w, "dueNone"));
-    press(child<QCheckBox>(w, "reminder"));
-    EXPECT_FALSE(child<QDateEdit>(w, "due")->isEnabled());
+    EXPECT_EQ(child<QDateEdit>(w, "DueDate")->date(), QDate(2025, 5, 9));
+    press(child<QCheckBox>(w, "StartDateNone"));
+    press(child<QCheckBox>(w, "DueDateNone"));
+    press(child<QCheckBox>(w, "ReminderSet"));
+    EXPECT_FALSE(child<QDateEdit>(w, "DueDate")->isEnabled());
     QTest::mouseClick(child<QPushButton>(w, "saveAndClose"), Qt::LeftButton);
 
     const auto back = fromFile(task->EntryID());
@@ -207,8 +207,8 @@ TEST_F(ItemWindowsTest, TaskCompletionFollowsStatusAndPercentageBothWays)
     {
         TaskWindow w(*task);
         showAndWait(w);
-        typeInto(child<QSpinBox>(w, "percentComplete"), QStringLiteral("100"));
-        EXPECT_EQ(child<QComboBox>(w, "status")->currentIndex(), ol::olTaskComplete);
+        typeInto(child<QSpinBox>(w, "PercentComplete"), QStringLiteral("100"));
+        EXPECT_EQ(child<QComboBox>(w, "Status")->currentIndex(), ol::olTaskComplete);
         QTest::mouseClick(child<QPushButton>(w, "saveAndClose"), Qt::LeftButton);
     }
     auto back = fromFile(task->EntryID());
@@ -217,9 +217,9 @@ TEST_F(ItemWindowsTest, TaskCompletionFollowsStatusAndPercentageBothWays)
 
     TaskWindow w(*back);
     showAndWait(w);
-    EXPECT_EQ(child<QSpinBox>(w, "percentComplete")->value(), 100);
-    chooseByKeys(child<QComboBox>(w, "status"), ol::olTaskInProgress);
-    EXPECT_EQ(child<QSpinBox>(w, "percentComplete")->value(), 0);
+    EXPECT_EQ(child<QSpinBox>(w, "PercentComplete")->value(), 100);
+    chooseByKeys(child<QComboBox>(w, "Status"), ol::olTaskInProgress);
+    EXPECT_EQ(child<QSpinBox>(w, "PercentComplete")->value(), 0);
     QTest::mouseClick(child<QPushButton>(w, "saveAndClose"), Qt::LeftButton);
     back = fromFile(task->EntryID());
     EXPECT_EQ(back->get(QStringLiteral("Status")).toLong(), ol::olTaskInProgress);
@@ -356,7 +356,7 @@ TEST_F(ItemWindowsTest, ClosingAChangedNewTaskWithoutSavingLeavesNoFile)
     auto task = newTask(QStringLiteral("Never kept"));
     TaskWindow w(*task);
     showAndWait(w);
-    typeInto(child<QLineEdit>(w, "subject"), QStringLiteral("Changed"));
+    typeInto(child<QLineEdit>(w, "Subject"), QStringLiteral("Changed"));
     const auto box = answerNextBox(QMessageBox::No);
     QTest::keyClick(&w, Qt::Key_Escape);
     EXPECT_TRUE(box->seen);
@@ -370,7 +370,7 @@ TEST_F(ItemWindowsTest, ClosingAChangedTaskAsksAndCancelStaysYesSaves)
     auto task = savedTask(QStringLiteral("Before"));
     TaskWindow w(*task);
     showAndWait(w);
-    typeInto(child<QLineEdit>(w, "subject"), QStringLiteral("After"));
+    typeInto(child<QLineEdit>(w, "Subject"), QStringLiteral("After"));
 
     auto box = answerNextBox(QMessageBox::Cancel);
     QTest::keyClick(&w, Qt::Key_Escape);
@@ -425,13 +425,13 @@ TEST_F(ItemWindowsTest, OnlyAnAssignedTaskHasAToLineAndSend)
     auto plain = savedTask(QStringLiteral("Mine"));
     TaskWindow mine(*plain);
     EXPECT_EQ(mine.findChild<QPushButton*>(QStringLiteral("send")), nullptr);
-    EXPECT_FALSE(mine.findChild<QLineEdit*>(QStringLiteral("to"))->isVisibleTo(&mine));
+    EXPECT_FALSE(mine.findChild<QLineEdit*>(QStringLiteral("To"))->isVisibleTo(&mine));
 
     auto assigned = newTask(QStringLiteral("Theirs"));
     assigned->Assign();
     TaskWindow theirs(*assigned);
     EXPECT_NE(theirs.findChild<QPushButton*>(QStringLiteral("send")), nullptr);
-    EXPECT_TRUE(theirs.findChild<QLineEdit*>(QStringLiteral("to"))->isVisibleTo(&theirs));
+    EXPECT_TRUE(theirs.findChild<QLineEdit*>(QStringLiteral("To"))->isVisibleTo(&theirs));
 }
 
 TEST_F(ItemWindowsTest, SendWithoutAToIsRefusedAndSendWithOneSaves)
@@ -447,7 +447,7 @@ TEST_F(ItemWindowsTest, SendWithoutAToIsRefusedAndSendWithOneSaves)
     EXPECT_TRUE(w.isVisible());
     EXPECT_EQ(taskFiles(), 0);
 
-    typeInto(child<QLineEdit>(w, "to"), QStringLiteral("Pat Lee"));
+    typeInto(child<QLineEdit>(w, "To"), QStringLiteral("Pat Lee"));
     test::saveScreenshot(&w, QStringLiteral("TaskWindow-assigned"));
     QTest::mouseClick(child<QPushButton>(w, "send"), Qt::LeftButton);
     EXPECT_FALSE(w.isVisible());

@@ -59,14 +59,6 @@ OptionalDate optionalDate(const Value& v)
 
 Value dateValue(const OptionalDate& d) { return d ? Value(Date::fromQDate(*d)) : Value(Date::noDate()); }
 
-// Body is reached through SafeTaskItem only; it wants shared ownership, the window borrows.
-SafeTaskItem safeFor(ol::TaskItem& item)
-{
-    SafeTaskItem safe;
-    safe.setItem(std::shared_ptr<ol::TaskItem>(&item, [](ol::TaskItem*) {}));
-    return safe;
-}
-
 const char* const kDayNames[7] = {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
 
 struct TypeChoice {
@@ -127,7 +119,10 @@ TaskWindow::TaskWindow(ol::TaskItem& item, QWidget* parent) : QDialog(parent), m
     tabs->setObjectName(QStringLiteral("pages"));
     auto* taskPage = new QWidget(tabs);
     auto* recurrencePage = new QWidget(tabs);
+    m_details = new TaskDetailsPage(tabs);
+    m_details->setObjectName(QStringLiteral("details"));
     tabs->addTab(taskPage, QStringLiteral("Task"));
+    tabs->addTab(m_details, QStringLiteral("Details"));
     tabs->addTab(recurrencePage, QStringLiteral("Recurrence"));
     buildTaskPage(taskPage);
     buildRecurrencePage(recurrencePage);
@@ -170,28 +165,28 @@ void TaskWindow::buildTaskPage(QWidget* page)
         return w;
     };
 
-    m_to = named(new QLineEdit(page), "to");
+    m_to = named(new QLineEdit(page), "To");
     m_to->setPlaceholderText(QStringLiteral("The person this task is assigned to"));
     if (m_assigned)
         form->addRow(QStringLiteral("To:"), m_to);
     else
         m_to->hide();
 
-    m_subject = named(new QLineEdit(page), "subject");
+    m_subject = named(new QLineEdit(page), "Subject");
     form->addRow(QStringLiteral("Subject:"), m_subject);
-    m_start = new OptionalDateEdit(QStringLiteral("start"), page);
+    m_start = new OptionalDateEdit(QStringLiteral("StartDate"), page);
     form->addRow(QStringLiteral("Start date:"), m_start);
-    m_due = new OptionalDateEdit(QStringLiteral("due"), page);
+    m_due = new OptionalDateEdit(QStringLiteral("DueDate"), page);
     form->addRow(QStringLiteral("Due date:"), m_due);
 
-    m_status = named(new QComboBox(page), "status");
+    m_status = named(new QComboBox(page), "Status");
     m_status->addItems({QStringLiteral("Not Started"), QStringLiteral("In Progress"), QStringLiteral("Completed"),
                         QStringLiteral("Waiting on someone else"), QStringLiteral("Deferred")});
     form->addRow(QStringLiteral("Status:"), m_status);
-    m_priority = named(new QComboBox(page), "priority");
+    m_priority = named(new QComboBox(page), "Importance");
     m_priority->addItems({QStringLiteral("Low"), QStringLiteral("Normal"), QStringLiteral("High")});
     form->addRow(QStringLiteral("Priority:"), m_priority);
-    m_percent = named(new QSpinBox(page), "percentComplete");
+    m_percent = named(new QSpinBox(page), "PercentComplete");
     m_percent->setRange(0, 100);
     m_percent->setSuffix(QStringLiteral(" %"));
     form->addRow(QStringLiteral("Complete:"), m_percent);
@@ -200,8 +195,8 @@ void TaskWindow::buildTaskPage(QWidget* page)
     auto* reminderRow = new QWidget(page);
     auto* reminderLayout = new QHBoxLayout(reminderRow);
     reminderLayout->setContentsMargins(0, 0, 0, 0);
-    m_reminder = named(new QCheckBox(QStringLiteral("Remind me at"), reminderRow), "reminder");
-    m_reminderTime = named(new QDateTimeEdit(reminderRow), "reminderTime");
+    m_reminder = named(new QCheckBox(QStringLiteral("Remind me at"), reminderRow), "ReminderSet");
+    m_reminderTime = named(new QDateTimeEdit(reminderRow), "ReminderTime");
     m_reminderTime->setCalendarPopup(true);
     m_reminderTime->setDisplayFormat(QStringLiteral("ddd yyyy-MM-dd HH:mm"));
     m_reminderTime->setDateRange(kEarliest, kLatest);
@@ -210,7 +205,7 @@ void TaskWindow::buildTaskPage(QWidget* page)
     connect(m_reminder, &QCheckBox::toggled, m_reminderTime, &QWidget::setEnabled);
     form->addRow(QStringLiteral("Reminder:"), reminderRow);
 
-    m_body = named(new QPlainTextEdit(page), "body");
+    m_body = named(new QPlainTextEdit(page), "Body");
     form->addRow(QStringLiteral("Notes:"), m_body);
 }
 
@@ -374,11 +369,12 @@ TaskFields TaskWindow::readItem() const
     else
         f.reminderTime = QDateTime(f.due.value_or(QDate::currentDate()), QTime(8, 0));
     try {
-        f.body = safeFor(m_item).Body();
+        f.body = SafeTaskItem::borrowing(m_item).Body();
     } catch (const Failure&) {
     }
     f.to = tryGet(m_item, QStringLiteral("To")).textOrEmpty();
 
+    f.details = TaskDetailsPage::read(m_item);
     f.recurring = tryGet(m_item, QStringLiteral("IsRecurring")).boolOrFalse();
     TaskPatternFields& p = f.pattern;
     p.endDate = f.due.value_or(QDate::currentDate()).addMonths(3);
@@ -423,6 +419,7 @@ void TaskWindow::showFields(const TaskFields& f)
     m_reminderTime->setEnabled(f.reminderSet);
     m_reminderTime->setDateTime(f.reminderTime);
     m_body->setPlainText(f.body);
+    m_details->show(f.details);
 
     const TaskPatternFields& p = f.pattern;
     const int typeIndex = m_type->findData(p.type);
@@ -457,6 +454,7 @@ TaskFields TaskWindow::fields() const
     f.reminderSet = m_reminder->isChecked();
     f.reminderTime = m_reminderTime->dateTime();
     f.body = m_body->toPlainText();
+    f.details = m_details->value();
     f.recurring = m_recurring->isChecked();
     TaskPatternFields& p = f.pattern;
     p.type = m_type->currentData().toInt();
@@ -499,9 +497,10 @@ bool TaskWindow::writeChanges()
         if (now.reminderTime != was.reminderTime || (now.reminderSet && !was.reminderSet))
             m_item.set(QStringLiteral("ReminderTime"), Date::fromQDateTime(now.reminderTime));
         if (now.body != was.body)
-            safeFor(m_item).setBody(now.body);
+            SafeTaskItem::borrowing(m_item).setBody(now.body);
         if (now.to != was.to)
             m_item.set(QStringLiteral("To"), now.to);
+        TaskDetailsPage::write(m_item, now.details, was.details);
         writePattern(now);
     } catch (const Failure& f) {
         refused(f.description());

@@ -1,9 +1,10 @@
 #pragma once
 // The window a task is edited in: its dates, state, reminder and notes on one page, its
-// recurrence on another. Nothing reaches the item before the user saves; then only what the user
+// recurrence on another, the rest of what it carries on a third. Nothing reaches the item before the user saves; then only what the user
 // changed is written, in an order that keeps the item's own couplings (status and percentage,
 // end date and occurrences) from undoing each other.
 #include "OutlookGateway.h"
+#include "TaskDetailsPage.h"
 #include <QDate>
 #include <QDateTime>
 #include <QDialog>
@@ -55,6 +56,7 @@ struct TaskFields {
     QString to;
     bool recurring = false;
     TaskPatternFields pattern;
+    TaskDetails details;
     friend bool operator==(const TaskFields&, const TaskFields&) = default;
 };
 
@@ -129,6 +131,8 @@ private:
     QSpinBox* m_occurrences = nullptr;
     QDateEdit* m_endDate = nullptr;
     QCheckBox* m_regenerate = nullptr;
+
+    TaskDetailsPage* m_details = nullptr;
 };
 
 } // namespace steplets::qt
