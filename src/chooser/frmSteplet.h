@@ -41,6 +41,7 @@ public:
     void ResetTagField();
     void AddTags();
     void cmdAdd_Click();
+    void cmdEdit_Click();
     void cmdDelete_Click();
     void lbTaskTemplates_Click();
     void lbTaskTemplates_GotFocus();

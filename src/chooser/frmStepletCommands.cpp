@@ -1,5 +1,7 @@
-// The list commands of frmSteplet (add a group, delete groups and templates), the selection
-// marks that turn ticks into the store's Tag column, and the list's own keys.
+// The list commands of frmSteplet (add and edit templates, add a group, delete groups and
+// templates), the selection marks that turn ticks into the store's Tag column, and the list's
+// own keys.
+#include "dialogs/TemplateAuthoring.h"
 #include "dialogs/frmPrompt.h"
 #include "frmSteplet.h"
 #include "platform/Guard.h"
@@ -69,36 +71,60 @@ void frmSteplet::cmdAdd_Click()
     Guard g(QStringLiteral("frmSteplet: cmdAdd_Click"));
     SessionContext& s = session();
     g.run([&] {
-        g(20); if (TabStrip2.SelectedTab() != 2) return;   // templates are authored on the task form
-        g(30); {
+        g(20);
+        if (TabStrip2.SelectedTab() != 2) {
+            g(30); if (modTasks::ProcessAdd()) {
+                g(40); FillTaskList();
+            }
+            return;
+        }
+        g(50); {
             frmPrompt prompt(host());
             qint32 mode = 3;
             Bool16 noDate(false), noText(false);
             QString caption = QStringLiteral("Name of New Group"), header = QStringLiteral("New Group"), none;
             prompt.PromptDialog(mode, noDate, noText, caption, header, none);
-            g(40); prompt.Unload();
+            g(60); prompt.Unload();
         }
-        g(50); if (s.bPromptCancelled) {
+        g(70); if (s.bPromptCancelled) {
             s.bPromptCancelled = false;
             s.sPromptResult.clear();
             return;
         }
-        g(60); if (s.sPromptResult.isEmpty()) return;
+        g(80); if (s.sPromptResult.isEmpty()) return;
         Recordset& groups = must(s.rsGroups);
-        g(70); groups.AddNew();
-        g(80); groups.Fields(1).setValue(s.sPromptResult);
-        g(90); groups.Update();
-        g(100); if (cboGroup.ListCount() == 0) {
+        g(90); groups.AddNew();
+        g(100); groups.Fields(1).setValue(s.sPromptResult);
+        g(110); groups.Update();
+        g(120); if (cboGroup.ListCount() == 0) {
             lbGroupTasks.setEnabled(true);
             txtGroupPrompt.setEnabled(true);
             txtGroupAnchor.setEnabled(true);
             chkGroupOption[0].setEnabled(true);
             chkGroupOption[1].setEnabled(true);
         }
-        g(110); cboGroup.AddItem(s.sPromptResult);
-        g(120); cboGroup.setItemData(cboGroup.NewIndex(), groups.Fields(QStringLiteral("ID")).value().toLong());
-        g(130); cboGroup.setText(s.sPromptResult);
-        g(140); s.sPromptResult.clear();
+        g(130); cboGroup.AddItem(s.sPromptResult);
+        g(140); cboGroup.setItemData(cboGroup.NewIndex(), groups.Fields(QStringLiteral("ID")).value().toLong());
+        g(150); cboGroup.setText(s.sPromptResult);
+        g(160); s.sPromptResult.clear();
+    }, [&] { Unload(); });
+}
+
+// Edits the one ticked template: the marks and the "Tag = -1" filter stand for the selection
+// while the flow works on the current row. The name is that of the list's current row, which
+// need not be the ticked one.
+void frmSteplet::cmdEdit_Click()
+{
+    Guard g(QStringLiteral("frmSteplet: cmdEdit_Click"));
+    g.run([&] {
+        Recordset& rs = must(session().rsTemplates);
+        g(20); ResetTagField();
+        g(30); AddTags();
+        g(40); rs.Filter(QStringLiteral("Tag = -1"));
+        g(50); QString sTemplateName = lbTaskTemplates.List(lbTaskTemplates.ListIndex());
+        g(60); modTasks::ProcessEdit(sTemplateName);
+        g(70); rs.Filter(0L);
+        g(80); FillTaskList();
     }, [&] { Unload(); });
 }
 

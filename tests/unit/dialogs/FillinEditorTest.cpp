@@ -1,0 +1,177 @@
+// The subject fill-in editor of frmNewTask on the scripted host, by rule: one field at most asks
+// the user for input, a stored fill-in this run cannot show becomes "[Empty]" when its field is
+// shown, a prompt outlives a change of its field's fill-in. And the subject preview, by case.
+#include "ScriptedHost.h"
+#include "dialogs/FormatPreview.h"
+#include "dialogs/frmNewTask.h"
+#include "session/SessionContext.h"
+#include "templates/EditedTemplate.h"
+#include <QJsonDocument>
+#include <gtest/gtest.h>
+
+using namespace steplets;
+
+namespace {
+
+const QString kPrompt = QStringLiteral("Prompt for user input");
+const QString kEmpty = QStringLiteral("[Empty]");
+const QString kJobOrder = QStringLiteral("Job Order (from current TimeCard)");
+
+class FillinEditorTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        session() = SessionContext();
+        session().sContactTerm = QStringLiteral("Client");
+        session().sMainActivityTerm = QStringLiteral("Project");
+        session().sSubActivityTerm = QStringLiteral("Phase");
+        modTasks::ReSetModuleVariables();
+    }
+    void TearDown() override
+    {
+        form.reset();
+        process().ports = Ports();
+        session() = SessionContext();
+        modTasks::EditedTemplate().OptionsDialogDeclined = false;
+    }
+
+    // Opens a new template's dialog on the default fill-ins given, plays `steps` on it and
+    // leaves with Cancel; the form stays for the test to read.
+    frmNewTask& play(const std::array<QString, 4>& defaults, const QString& steps, const QStringList& prompts = {})
+    {
+        for (int k = 1; k <= 4; ++k) {
+            session().sDefaultFillIn[k] = defaults[k - 1];
+            session().sDefaultUserPrompt[k] = prompts.value(k - 1);
+        }
+        QString error;
+        const QString all = QStringLiteral("[") + steps + QStringLiteral("{\"form\": \"frmNewTask\", \"click\": \"CancelButton\"}]");
+        auto script = scripted::Script::fromJson(QJsonDocument::fromJson(all.toUtf8()).array(), &error);
+        EXPECT_TRUE(script.has_value()) << error.toStdString();
+        form.reset();
+        host = std::make_shared<scripted::ScriptedHost>(script.value_or(scripted::Script()),
+                                                        QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
+        process().ports.ui = host;
+        form = std::make_unique<frmNewTask>(*host);
+        Bool16 edit(false);
+        QString name;
+        form->NewTaskDialog(edit, name);
+        EXPECT_TRUE(host->script().atEnd()) << "every step was played";
+        return *form;
+    }
+    int invalidSelections() const
+    {
+        int n = 0;
+        for (const auto& e : host->events())
+            if (e.toObject().value(QStringLiteral("msgbox")).toObject().value(QStringLiteral("title")) == QStringLiteral("Invalid Selection"))
+                ++n;
+        return n;
+    }
+
+    std::shared_ptr<scripted::ScriptedHost> host;
+    std::unique_ptr<frmNewTask> form;
+};
+
+QString field(int k) { return QStringLiteral("{\"form\": \"frmNewTask\", \"select\": \"cboSubjectField\", \"item\": \"Field %1\"},").arg(k); }
+QString fillin(const QString& text) { return QStringLiteral("{\"form\": \"frmNewTask\", \"select\": \"cboFillin\", \"item\": \"%1\"},").arg(text); }
+const QString kOK = QStringLiteral("{\"msgbox\": \"OK\", \"title\": \"Invalid Selection\", \"text\": \"Only one of the four Fill-In fields may prompt the user for input.\"},");
+const QString kFillinsTab = QStringLiteral("{\"form\": \"frmNewTask\", \"tab\": \"TabStrip1\", \"index\": 2},");
+
+TEST_F(FillinEditorTest, OnlyOneFieldMayAskTheUserAndOnlyAChoiceOfTheUserIsChecked)
+{
+    struct Case {
+        const char* name;
+        std::array<QString, 4> stored;
+        QString steps;
+        std::array<QString, 4> after;
+        int messages;
+    };
+    const Case cases[] = {
+        {"another field", {kEmpty, kPrompt, kEmpty, kEmpty}, field(3) + fillin(kPrompt) + kOK, {kEmpty, kPrompt, kEmpty, kEmpty}, 1},
+        {"the same field", {kEmpty, kPrompt, kEmpty, kEmpty}, field(2) + fillin(kPrompt) + kOK, {kEmpty, kPrompt, kEmpty, kEmpty}, 1},
+        {"two stored prompts open quietly", {kPrompt, kPrompt, kEmpty, kEmpty}, field(2) + field(1), {kPrompt, kPrompt, kEmpty, kEmpty}, 0},
+        {"a field given up first", {kPrompt, kEmpty, kEmpty, kEmpty}, field(1) + fillin(kEmpty) + field(4) + fillin(kPrompt),
+         {kEmpty, kEmpty, kEmpty, kPrompt}, 0},
+    };
+    for (const Case& c : cases) {
+        frmNewTask& f = play(c.stored, kFillinsTab + c.steps);
+        for (int k = 1; k <= 4; ++k) EXPECT_EQ(f.sFillin[k], c.after[k - 1]) << c.name << ", field " << k;
+        EXPECT_EQ(invalidSelections(), c.messages) << c.name;
+        if (c.messages) {
+            EXPECT_EQ(f.cboFillin.Text(), f.sFillin[f.fillins().selectedField()]) << c.name << ": the field's value is back";
+        }
+    }
+}
+
+TEST_F(FillinEditorTest, AStoredFillinThisRunCannotShowBecomesEmptyOnlyWhenItsFieldIsShown)
+{
+    // The job-order row is offered only while the host passes its term; here it passes none.
+    frmNewTask& f = play({QStringLiteral("Subject field from template"), kJobOrder, kJobOrder, kEmpty}, kFillinsTab + field(2));
+    EXPECT_EQ(f.sFillin[2], kEmpty);
+    EXPECT_EQ(f.cboFillin.Text(), kEmpty);
+    EXPECT_EQ(f.sFillin[3], kJobOrder) << "a field not shown keeps what it had";
+    EXPECT_EQ(invalidSelections(), 0);
+}
+
+TEST_F(FillinEditorTest, APromptOutlivesAChangeOfItsFieldsFillinAndTheBoxKeepsItsLimit)
+{
+    frmNewTask& f = play({kPrompt, kEmpty, kEmpty, kEmpty},
+                         kFillinsTab + field(1) + fillin(kEmpty) + field(2) + field(1) + fillin(kPrompt) + field(2) + field(1),
+                         {QStringLiteral("Which quarter?")});
+    EXPECT_EQ(f.sUserPrompt[1], QStringLiteral("Which quarter?"));
+    EXPECT_EQ(f.txtUserPrompt.Text(), QStringLiteral("Which quarter?")) << "shown again with its fill-in";
+    EXPECT_TRUE(f.txtUserPrompt.Enabled());
+
+    const QString long45(45, QLatin1Char('x'));
+    frmNewTask& g = play({kPrompt, kEmpty, kEmpty, kEmpty},
+                         kFillinsTab + QStringLiteral("{\"form\": \"frmNewTask\", \"type\": \"txtUserPrompt\", \"text\": \"%1\"},").arg(long45));
+    EXPECT_EQ(g.sUserPrompt[1], long45.left(40)) << "typing stops at 40 characters";
+    g.txtUserPrompt.setText(long45);
+    EXPECT_EQ(g.txtUserPrompt.Text(), long45) << "code is not limited";
+}
+
+TEST_F(FillinEditorTest, ChoosingAnotherFieldOrFillinKeepsThePreviewInStep)
+{
+    frmNewTask& f = play({QStringLiteral("Company Name (Outlook Contact Property)"), QStringLiteral("Subject field from template"), kEmpty, kEmpty},
+                         kFillinsTab + field(3) + fillin(QStringLiteral("Current Date")));
+    EXPECT_EQ(f.Text1.Text(), QStringLiteral("Brackenfell Software Corporation: [Task Template Subject]: Monday, 3/16/2026"));
+    EXPECT_FALSE(f.txtUserPrompt.Enabled());
+    EXPECT_TRUE(f.Text1.Locked());
+}
+
+TEST(FormatPreviewTest, EachFillinShowsItsSampleJoinedBySeparators)
+{
+    session() = SessionContext();
+    session().sContactTerm = QStringLiteral("Client");
+    session().sMainActivityTerm = QStringLiteral("Client");   // the earlier row wins
+    session().sJobOrderTerm = QStringLiteral("Job Order");
+    const modTasks::Clock clock = [] { return Date::fromParts(2026, 3, 16, 15, 30); };
+    const QString e = kEmpty;
+    struct Case {
+        std::array<QString, 4> fillins;
+        bool jobOrderRow;
+        const char* preview;
+    };
+    const Case cases[] = {
+        {{e, e, e, e}, false, ""},
+        {{QStringLiteral("Company Name (Outlook Contact Property)"), QStringLiteral("Subject field from template"), e, e}, false,
+         "Brackenfell Software Corporation: [Task Template Subject]"},
+        {{QStringLiteral("Office Location (Outlook Contact Property)"), e, e, e}, false, ""},
+        {{QStringLiteral("First Name (Outlook Contact Property)"), QStringLiteral("Office Location (Outlook Contact Property)"),
+          QStringLiteral("Last Name (Outlook Contact Property)"), e},
+         false, "Tobin: Hask"},
+        {{QStringLiteral("no such fill-in"), QStringLiteral("Current Time"), e, e}, false, ": 03:30 PM"},
+        {{QString(), e, e, e}, false, ""},
+        {{QStringLiteral("Business Home Page (Outlook Contact Property)"), e, e, e}, false, "303-555-1212"},
+        {{QStringLiteral("Client (from current TimeCard)"), QStringLiteral("Prompt for user input"), e, e}, false,
+         "Ira Dunmore: [User Input]"},
+        {{kJobOrder, QStringLiteral("Current Date"), e, e}, false, ": Monday, 3/16/2026"},
+        {{kJobOrder, QStringLiteral("Current Date"), e, e}, true, "555-55-5555: Monday, 3/16/2026"},
+    };
+    for (const Case& c : cases) {
+        std::array<QString, 5> f{QString(), c.fillins[0], c.fillins[1], c.fillins[2], c.fillins[3]};
+        EXPECT_EQ(FormatPreview(f, c.jobOrderRow, clock), QString::fromUtf8(c.preview)) << c.fillins[0].toStdString();
+    }
+    session() = SessionContext();
+}
+
+} // namespace
