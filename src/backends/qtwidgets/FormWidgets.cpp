@@ -37,6 +37,7 @@ CalendarBox::CalendarBox(QWidget* parent)
     popupLayout->setContentsMargins(1, 1, 1, 1);
     // A day picked in the drop-down closes it; the binding hears the same click.
     QObject::connect(m_calendar, &QCalendarWidget::clicked, m_popup, [this] { if (m_dropDown) m_popup->hide(); });
+    m_popup->installEventFilter(this);
     setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(m_calendar);
 }
@@ -111,6 +112,17 @@ void CalendarBox::keyPressEvent(QKeyEvent* event)
         return;
     }
     QWidget::keyPressEvent(event);
+}
+
+bool CalendarBox::eventFilter(QObject* watched, QEvent* event)
+{
+    // However the drop-down closes, the field has the focus again in its own window: the popup
+    // took the window's activation, and without it the window hears of no later focus change.
+    if (watched == m_popup && event->type() == QEvent::Hide && m_dropDown) {
+        window()->activateWindow();
+        setFocus(Qt::PopupFocusReason);
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void CalendarBox::showPopup()

@@ -36,8 +36,11 @@ public:
     void showPopup();
     // Null shows the month of today with nothing chosen and says so.
     void showDate(const QDate& date);
+    // What the field shows: the date, or "(no date)".
+    QString fieldText() const;
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -45,7 +48,6 @@ protected:
 
 private:
     void arrange();
-    QString fieldText() const;
 
     QCalendarWidget* m_calendar;
     QLabel* m_noDate;
