@@ -25,6 +25,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
@@ -176,6 +177,46 @@ TEST_F(ItemWindowsTest, TaskFieldsTypedByTheUserAreInTheFileAfterSaveAndClose)
     EXPECT_TRUE(back->get(QStringLiteral("ReminderSet")).toBool());
     EXPECT_EQ(back->get(QStringLiteral("ReminderTime")).toDate(), Date::fromParts(2025, 4, 29, 9, 15));
     EXPECT_EQ(body(back), QStringLiteral("Ask for the receipts\nthen file"));
+}
+
+// The Details page reaches every other property a template keeps: each field typed, chosen or
+// ticked there is in the file after Save and Close, under its own property.
+TEST_F(ItemWindowsTest, EveryDetailSetOnTheSecondPageIsInTheFile)
+{
+    auto task = savedTask(QStringLiteral("Details"));
+    TaskWindow w(*task);
+    showAndWait(w);
+    auto* pages = child<QTabWidget>(w, "pages");
+    QTest::mouseClick(pages->tabBar(), Qt::LeftButton, {}, pages->tabBar()->tabRect(1).center());
+    ASSERT_TRUE(child<QWidget>(w, "details")->isVisible());
+    const std::pair<const char*, QString> texts[] = {
+        {"Categories", QStringLiteral("Taxes, Quarterly")}, {"BillingInformation", QStringLiteral("Fixed fee")},
+        {"Companies", QStringLiteral("Byrne & Lowell")},     {"Mileage", QStringLiteral("42 km")},
+        {"Role", QStringLiteral("Reviewer")},               {"ActualWork", QStringLiteral("90")},
+        {"TotalWork", QStringLiteral("120")},
+    };
+    for (const auto& [name, text] : texts) typeInto(child<QWidget>(w, name), text);
+    chooseByKeys(child<QComboBox>(w, "Sensitivity"), ol::olPrivate);
+    for (const char* box : {"ReminderPlaySound", "ReminderOverrideDefault", "NoAging", "TeamTask"}) press(child<QCheckBox>(w, box));
+    typeInto(child<QLineEdit>(w, "ReminderSoundFile"), QStringLiteral("/usr/share/sounds/bell.oga"));
+    test::saveScreenshot(&w, QStringLiteral("TaskWindow-details"));
+    QTest::mouseClick(child<QPushButton>(w, "saveAndClose"), Qt::LeftButton);
+
+    const auto back = fromFile(task->EntryID());
+    const std::pair<const char*, Value> stored[] = {
+        {"Categories", Value("Taxes, Quarterly")}, {"BillingInformation", Value("Fixed fee")},
+        {"Companies", Value("Byrne & Lowell")},     {"Mileage", Value("42 km")},
+        {"Role", Value("Reviewer")},               {"ActualWork", Value(90)},
+        {"TotalWork", Value(120)},                 {"Sensitivity", Value(int(ol::olPrivate))},
+        {"ReminderPlaySound", Value(true)},        {"ReminderOverrideDefault", Value(true)},
+        {"NoAging", Value(true)},                  {"TeamTask", Value(true)},
+        {"ReminderSoundFile", Value("/usr/share/sounds/bell.oga")},
+    };
+    for (const auto& [name, value] : stored) {
+        const Value v = back->get(QString::fromLatin1(name));
+        if (value.type() == Value::Type::Text) EXPECT_EQ(v.textOrEmpty(), value.toText()) << name;
+        else EXPECT_EQ(v.toDouble(), value.toDouble()) << name;
+    }
 }
 
 TEST_F(ItemWindowsTest, TaskDatesSetToNoneAndAReminderTurnedOffLeaveTheFile)

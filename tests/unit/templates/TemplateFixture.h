@@ -34,14 +34,15 @@ using RowValues = std::map<int, Value>;
 
 class TemplateFixture : public ::testing::Test {
 protected:
-    TemplateFixture()
+    // `display` shows the items: nobody by default.
+    explicit TemplateFixture(std::shared_ptr<ol::ItemDisplay> display = std::make_shared<NoDisplay>())
     {
         QDir().mkpath(vdirRoot() + QStringLiteral("/tasks"));
         vdir::writeDemoContacts(vdirRoot() + QStringLiteral("/contacts"));
         vdir::VdirConfig config;
         config.root = vdirRoot();
         config.clock = [this] { return moment; };
-        app = vdir::openVdirStore(config, std::make_shared<NoDisplay>());
+        app = vdir::openVdirStore(config, std::move(display));
 
         sqlcipher::createDatabases(tmp.path());
         SessionContext& s = session();

@@ -1,0 +1,103 @@
+// The authoring flow against a database that another program holds locked while the template
+// is saved: one report, no new row and no changed row, not even after the lists are read again,
+// and the task the user filled in stays in the task folder.
+#include "../templates/TemplateFixture.h"
+#include "ScriptedHost.h"
+#include "backends/sqlcipher/Database.h"
+#include "backends/sqlcipher/SqlCipherConnection.h"
+#include "dialogs/TemplateAuthoring.h"
+#include <QJsonDocument>
+
+namespace steplets::test {
+namespace {
+namespace col = modTasks::col;
+
+// Shows the items through the scripted host the test makes after the stores.
+class LateDisplay : public ol::ItemDisplay {
+public:
+    void displayTask(ol::TaskItem& item, bool modal) override { host->displayTask(item, modal); }
+    void displayContact(ol::ContactItem& item, bool modal) override { host->displayContact(item, modal); }
+    ol::ItemDisplay* host = nullptr;
+};
+
+class LockedSave : public TemplateFixture {
+protected:
+    LockedSave() : LockedSave(std::make_shared<LateDisplay>()) {}
+    explicit LockedSave(const std::shared_ptr<LateDisplay>& d) : TemplateFixture(d), display(d) {}
+    void TearDown() override { process().ports = Ports(); }
+
+    // The user's steps; the help note is switched off.
+    void script(const char* steps)
+    {
+        QString error;
+        auto s = scripted::Script::fromJson(QJsonDocument::fromJson(steps).array(), &error);
+        ASSERT_TRUE(s.has_value()) << error.toStdString();
+        host = std::make_shared<scripted::ScriptedHost>(*s, QDateTime(QDate(2024, 3, 14), QTime(15, 30)));
+        display->host = host.get();
+        process().ports.ui = host;
+        session().bNewTaskDescription = false;
+    }
+    // Another program takes the write lock; the session's connection waits 50 ms for it.
+    void lockTheDatabase()
+    {
+        dynamic_cast<sqlcipher::SqlCipherConnection&>(*session().cnLocal).setBusyTimeout(50);
+        locker = sqlcipher::openDatabase(storeFiles::localConnectionString(tmp.path()));
+        locker->exec(QStringLiteral("BEGIN IMMEDIATE"));
+    }
+    QStringList subjectsAfterARefill()
+    {
+        Recordset& rs = *session().rsTemplates;
+        rs.Filter(0L);
+        rs.Requery();
+        locker.reset();   // the other program is done: nothing was left to commit
+        rs.Requery();
+        QStringList subjects;
+        for (rs.Requery(); !rs.EOF_(); rs.MoveNext()) subjects << rs.Fields(col::Subject).value().textOrEmpty();
+        return subjects;
+    }
+    QStringList subjectsInTheTaskFolder()
+    {
+        QStringList subjects;
+        auto folder = taskFolder();
+        for (int i = 1; i <= folder->Items().Count(); ++i) subjects << folder->Items().Item(i)->Subject();
+        return subjects;
+    }
+
+    std::shared_ptr<LateDisplay> display;
+    std::shared_ptr<scripted::ScriptedHost> host;
+    std::shared_ptr<sqlcipher::Database> locker;
+};
+
+
+
+TEST_F(LockedSave, ANewTemplateAddsNoRowAndItsTaskStays)
+{
+    script(R"([{"form": "frmNewTask", "click": "CreateEditButton"},
+               {"item": {"set": {"Subject": "Locked out", "Body": "What the user typed"}, "close": "save"}}])");
+    lockTheDatabase();
+    modTasks::ProcessAdd();
+    ASSERT_EQ(sink.failures.size(), 1u);
+    EXPECT_TRUE(sink.failures[0].location.contains(QStringLiteral("modTasks: SaveTemplateToDB:Line 710")))
+        << sink.failures[0].description.toStdString() << sink.failures[0].location.toStdString();
+    EXPECT_EQ(subjectsAfterARefill(), QStringList());
+    EXPECT_EQ(subjectsInTheTaskFolder(), QStringList{QStringLiteral("Locked out")});
+}
+
+TEST_F(LockedSave, AnEditedTemplateKeepsItsRowAndTheRebuiltTaskStays)
+{
+    addRow({{col::Subject, Value("Kept")}, {col::DateType, Value(Int16(1))}, {col::DueDateOffset, Value(60)},
+            {col::FillIn1, Value("Subject field from template")}, {col::PromptForAssignee, Value(false)}});
+    script(R"([{"form": "frmNewTask", "click": "CreateEditButton"},
+               {"item": {"set": {"Subject": "Changed"}, "close": "save"}}])");
+    lockTheDatabase();
+    QString name = QStringLiteral("Kept");
+    session().rsTemplates->MoveFirst();
+    modTasks::ProcessEdit(name);
+    ASSERT_EQ(sink.failures.size(), 1u);
+    EXPECT_EQ(subjectsAfterARefill(), QStringList{QStringLiteral("Kept")});
+    EXPECT_EQ(stored(col::DueDateOffset), Value(60));
+    EXPECT_EQ(subjectsInTheTaskFolder(), QStringList{QStringLiteral("Changed")});
+}
+
+} // namespace
+} // namespace steplets::test
