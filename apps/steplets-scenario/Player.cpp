@@ -12,6 +12,7 @@
 #include "platform/runtime/DateFormats.h"
 #include "session/SessionContext.h"
 #include <QDir>
+#include <QFileInfo>
 #include <QSet>
 
 namespace steplets::scenario {
@@ -102,6 +103,40 @@ void wireHost(Wiring& w, const Scenario& s, Host on)
     w.host = host;
 }
 
+// The settings as the component reads and writes them, until the key has been opened `after`
+// times: from then on the file is a folder, which stops a write of root too.
+class SettingsUnwritableAfter : public SettingsGateway {
+public:
+    SettingsUnwritableAfter(std::shared_ptr<SettingsGateway> inner, QString file, int after)
+        : m_inner(std::move(inner)), m_file(std::move(file)), m_after(after) {}
+    std::shared_ptr<SettingsKey> OpenKey(const QString& rootPath, const QString& keyName) override
+    {
+        if (m_opened++ == m_after) {
+            QDir().rename(m_file, m_file + kAside);
+            QDir().mkpath(m_file);
+        }
+        return m_inner->OpenKey(rootPath, keyName);
+    }
+    long ReadNumber(SettingsKey& key, const QString& name, long dflt) override { return m_inner->ReadNumber(key, name, dflt); }
+    QString ReadText(SettingsKey& key, const QString& name, const QString& dflt) override { return m_inner->ReadText(key, name, dflt); }
+    void WriteNumber(SettingsKey& key, const QString& name, long value) override { m_inner->WriteNumber(key, name, value); }
+    void WriteText(SettingsKey& key, const QString& name, const QString& value) override { m_inner->WriteText(key, name, value); }
+    // The file as it was, for the transcript.
+    static void putBack(const QString& file)
+    {
+        if (!QFileInfo::exists(file + kAside)) return;
+        QDir(file).removeRecursively();
+        QDir().rename(file + kAside, file);
+    }
+
+private:
+    static constexpr const char* kAside = ".aside";
+    std::shared_ptr<SettingsGateway> m_inner;
+    QString m_file;
+    int m_after;
+    int m_opened = 0;
+};
+
 Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order, Host on)
 {
     Wiring w;
@@ -131,6 +166,8 @@ Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order, Host
     Ports& ports = process().ports;
     ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
     ports.settings = std::make_shared<IniSettings>(ws.configDir());
+    if (s.settingsUnwritableAfter)
+        ports.settings = std::make_shared<SettingsUnwritableAfter>(ports.settings, ws.settingsFile(), *s.settingsUnwritableAfter);
     ports.ui = w.host;
     ports.errorReporter = [log = w.log] { return std::make_unique<RecordingReporter>(*log); };
     ports.componentDirectory = ws.dir;
@@ -182,6 +219,7 @@ PlayResult play(const Scenario& scenario, const QString& dir, Host on)
         const QString folder = QDir(ws.vdirRoot()).filePath(scenario.host.sTaskFolderEID);
         if (QDir(goneFolder(folder)).exists() && !QDir(folder).exists()) QDir().rename(goneFolder(folder), folder);
     }
+    if (scenario.settingsUnwritableAfter) SettingsUnwritableAfter::putBack(ws.settingsFile());
     // 3. The transcript, read back from the files.
     TranscriptParts parts;
     if (exit != Passed) parts.status = why;

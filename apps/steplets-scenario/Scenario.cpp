@@ -313,12 +313,19 @@ std::optional<Scenario> parseScenario(const QByteArray& content, QString* error)
         if (!doc.isObject()) malformed(QStringLiteral("(file)"), QStringLiteral("expected a JSON object"));
         const QJsonObject root = doc.object();
         onlyMembers(root, {QStringLiteral("now"), QStringLiteral("host"), QStringLiteral("outlook"), QStringLiteral("settings"),
-                           QStringLiteral("store"), QStringLiteral("script"), QStringLiteral("expect")}, {});
+                           QStringLiteral("settingsUnwritableAfter"), QStringLiteral("store"), QStringLiteral("script"),
+                           QStringLiteral("expect")},
+                    {});
         Scenario s;
         s.now = root.contains(QStringLiteral("now")) ? readNow(root.value(QStringLiteral("now"))) : defaultNow();
         s.host = root.contains(QStringLiteral("host")) ? readHost(root.value(QStringLiteral("host"))) : defaultHostArguments();
         if (root.contains(QStringLiteral("outlook"))) s.outlook = readOutlook(root.value(QStringLiteral("outlook")));
         if (root.contains(QStringLiteral("settings"))) s.settings = readSettings(root.value(QStringLiteral("settings")));
+        if (root.contains(QStringLiteral("settingsUnwritableAfter"))) {
+            const qint32 n = requireLong(root.value(QStringLiteral("settingsUnwritableAfter")), QStringLiteral("settingsUnwritableAfter"));
+            if (n < 0) malformed(QStringLiteral("settingsUnwritableAfter"), QStringLiteral("expected a count, not negative"));
+            s.settingsUnwritableAfter = n;
+        }
         if (root.contains(QStringLiteral("store"))) readStore(root.value(QStringLiteral("store")), s);
         if (!root.contains(QStringLiteral("script"))) malformed(QStringLiteral("script"), QStringLiteral("is missing (a list of steps, possibly empty)"));
         const QJsonArray steps = requireArray(root.value(QStringLiteral("script")), QStringLiteral("script"));

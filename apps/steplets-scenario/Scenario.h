@@ -35,6 +35,10 @@ struct Scenario {
     OutlookSetup outlook;
     // Values under the key "Steplets", in file order; empty when the key is absent.
     QList<QPair<QString, QJsonValue>> settings;
+    // The settings file is replaced by a folder of its name once the session has opened the
+    // settings key this many times, so every later write fails as on a file that cannot be
+    // written; it is put back when the session has ended, before the transcript is read.
+    std::optional<qint32> settingsUnwritableAfter;
     QJsonObject storeRows;             // {"local": {...}, "link": {...}}
     bool missingLocal = false;
     bool missingLink = false;

@@ -157,6 +157,7 @@ void frmSteplet::connectHandlers()
     lbTaskTemplates.KeyDown.connect([this](int& key, int shift) { lbTaskTemplates_KeyDown(key, shift); });
     cmdAdd.Click.connect([this] { cmdAdd_Click(); });
     cmdEdit.Click.connect([this] { cmdEdit_Click(); });
+    cmdOptions.Click.connect([this] { cmdOptions_Click(); });
     cmdDelete.Click.connect([this] { cmdDelete_Click(); });
     abSelectContact.ToolClick.connect([this](Tool& tool) { abSelectContact_ToolClick(tool); });
     chkContactOption1.Click.connect([this] { chkContactOption1_Click(); });

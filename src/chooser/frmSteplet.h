@@ -42,6 +42,7 @@ public:
     void AddTags();
     void cmdAdd_Click();
     void cmdEdit_Click();
+    void cmdOptions_Click();
     void cmdDelete_Click();
     void lbTaskTemplates_Click();
     void lbTaskTemplates_GotFocus();

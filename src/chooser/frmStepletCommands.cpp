@@ -1,6 +1,7 @@
 // The list commands of frmSteplet (add and edit templates, add a group, delete groups and
 // templates), the selection marks that turn ticks into the store's Tag column, and the list's
 // own keys.
+#include "dialogs/OpenOptions.h"
 #include "dialogs/TemplateAuthoring.h"
 #include "dialogs/frmPrompt.h"
 #include "frmSteplet.h"
@@ -126,6 +127,12 @@ void frmSteplet::cmdEdit_Click()
         g(70); rs.Filter(0L);
         g(80); FillTaskList();
     }, [&] { Unload(); });
+}
+
+void frmSteplet::cmdOptions_Click()
+{
+    Guard g(QStringLiteral("frmSteplet: cmdOptions_Click"));
+    g.run([&] { g(20); modInitialize::OpenOptions(); }, [&] { Unload(); });
 }
 
 void frmSteplet::cmdDelete_Click()

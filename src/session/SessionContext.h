@@ -70,6 +70,7 @@ struct SessionContext {
     std::array<QString, 5> sDefaultFillIn;
     std::array<QString, 5> sDefaultUserPrompt;
     std::shared_ptr<SettingsKey> settingsKey;         // only while in use
+    bool bOptionsOpen = false;                        // set when the options dialog opens; read by nothing
 
     // Connections and the long-lived recordsets (OpenDB).
     std::shared_ptr<Connection> cnLocal;

@@ -11,6 +11,7 @@
 #include "backends/sqlcipher/StoreData.h"
 #include "controls/Controls.h"
 #include "dialogs/frmNewTask.h"
+#include "dialogs/frmOptions.h"
 #include "session/SessionContext.h"
 #include "templates/EditedTemplate.h"
 #include <QCalendarWidget>
@@ -55,6 +56,13 @@ void pickDay(qt::CalendarBox* box, int day)
             }
         }
     ADD_FAILURE() << "no day " << day;
+}
+
+// A page is in sight when its widget lies (at least partly) inside the window, not moved out.
+bool inSight(qt::FormView* v, Control& page)
+{
+    QWidget* p = v->widgetOf(page);
+    return p->isVisible() && v->rect().intersects(p->geometry().translated(p->parentWidget()->mapTo(v, QPoint())));
 }
 
 class NewTaskWidgets : public ::testing::Test {
@@ -104,12 +112,8 @@ TEST_F(NewTaskWidgets, EachTabInBothModesShowsItsPageAndTheButtonsOfTheMode)
             }
             for (int tab = 1; tab <= 3; ++tab) {
                 clickTab(v, dialog.TabStrip1, tab);
-                for (int page = 0; page < 3; ++page) {
-                    QWidget* p = v->widgetOf(dialog.Picture1[page]);
-                    EXPECT_EQ(p->isVisible() && v->rect().intersects(p->geometry().translated(p->parentWidget()->mapTo(v, QPoint()))),
-                              page == tab - 1)
-                        << mode.toStdString() << ", tab " << tab << ", page " << page;
-                }
+                for (int page = 0; page < 3; ++page)
+                    EXPECT_EQ(inSight(v, dialog.Picture1[page]), page == tab - 1) << mode.toStdString() << ", tab " << tab << ", page " << page;
                 test::saveScreenshot(v, QStringLiteral("frmNewTask-%1-tab%2").arg(mode).arg(tab), tab == 1 && !edit);
             }
             // The anchor date shows no date until the user picks a day, then that day.
@@ -133,6 +137,35 @@ TEST_F(NewTaskWidgets, EachTabInBothModesShowsItsPageAndTheButtonsOfTheMode)
         modTasks::EditedTemplate().OptionsDialogDeclined = false;
         dialog.Unload();
     }
+}
+
+TEST_F(NewTaskWidgets, TheOptionsDialogShowsOnePageAtATimeAndItsButtons)
+{
+    session().iLinkUser = Int16(1);
+    session().iTaskSelection = Int16(1);
+    for (int k = 1; k <= 4; ++k) session().sDefaultFillIn[k] = QStringLiteral("[Empty]");
+    frmOptions dialog(host);
+    Driver driver;
+    driver.then("the options", [&] { return host.viewOf(dialog) && host.viewOf(dialog)->isVisible(); }, [&] {
+        qt::FormView* v = host.viewOf(dialog);
+        for (int tab = 1; tab <= 2; ++tab) {
+            clickTab(v, dialog.TabStrip1, tab);
+            for (int page = 0; page < 2; ++page) EXPECT_EQ(inSight(v, dialog.Picture1[page]), page == tab - 1) << "tab " << tab << ", page " << page;
+            test::saveScreenshot(v, QStringLiteral("frmOptions-tab%1").arg(tab), true);
+        }
+        EXPECT_FALSE(v->widgetOf(dialog.cmdApply)->isEnabled());
+        EXPECT_FALSE(v->widgetOf(dialog.Check1[1])->isEnabled()) << "linked on every task: the second box has no say";
+        QTest::mouseClick(v->widgetOf(dialog.Check1[0]), Qt::LeftButton);
+        QTest::qWait(20);
+        EXPECT_TRUE(v->widgetOf(dialog.Check1[1])->isEnabled());
+        EXPECT_TRUE(v->widgetOf(dialog.cmdApply)->isEnabled());
+        QTest::mouseClick(v->widgetOf(dialog.cmdCancel), Qt::LeftButton);
+    });
+    driver.start();
+    dialog.Show();
+    ASSERT_TRUE(driver.finished());
+    EXPECT_EQ(session().iLinkUser, Int16(1)) << "Cancel keeps what was not applied out";
+    dialog.Unload();
 }
 
 // --- A template added from the chooser ---

@@ -4,6 +4,7 @@
 #include "ScriptedHost.h"
 #include "dialogs/FormatPreview.h"
 #include "dialogs/frmNewTask.h"
+#include "dialogs/frmOptions.h"
 #include "session/SessionContext.h"
 #include "templates/EditedTemplate.h"
 #include <QJsonDocument>
@@ -136,6 +137,25 @@ TEST_F(FillinEditorTest, ChoosingAnotherFieldOrFillinKeepsThePreviewInStep)
     EXPECT_EQ(f.Text1.Text(), QStringLiteral("Brackenfell Software Corporation: [Task Template Subject]: Monday, 3/16/2026"));
     EXPECT_FALSE(f.txtUserPrompt.Enabled());
     EXPECT_TRUE(f.Text1.Locked());
+}
+
+// Nothing of the component is shown over the options dialog, so only code can make it active
+// again: the stored view comes back, and Apply stays enabled.
+TEST_F(FillinEditorTest, TheOptionsDialogActiveAgainSelectsTheStoredViewAndKeepsApplyEnabled)
+{
+    host = std::make_shared<scripted::ScriptedHost>(scripted::Script(), QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
+    process().ports.ui = host;
+    session().iTaskSelection = Int16(1);
+    frmOptions options(*host);
+    options.Load();
+    ASSERT_FALSE(options.cmdApply.Enabled());
+    options.Option1[0].setValue(true);
+    ASSERT_TRUE(options.cmdApply.Enabled());
+    options.activate();
+    EXPECT_TRUE(options.Option1[1].Value());
+    EXPECT_FALSE(options.Option1[0].Value());
+    EXPECT_TRUE(options.cmdApply.Enabled());
+    options.Unload();
 }
 
 TEST(FormatPreviewTest, EachFillinShowsItsSampleJoinedBySeparators)
