@@ -104,7 +104,7 @@ int runCommand(const QStringList& args, QTextStream& out, QTextStream& err)
         err << file << ": cannot be read: " << in.errorString() << "\n";
         return CannotPlay;
     }
-    const auto scenario = parseScenario(in.readAll(), &problem);
+    const auto scenario = parseScenario(in.readAll(), &problem, QFileInfo(file).absolutePath());
     if (!scenario) {
         err << file << ": " << problem << "\n";
         return CannotPlay;

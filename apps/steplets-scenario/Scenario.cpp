@@ -1,4 +1,5 @@
 #include "Scenario.h"
+#include "ScenarioBase.h"
 #include "Matcher.h"
 #include <QJsonDocument>
 #include <QJsonParseError>
@@ -301,7 +302,7 @@ HostArguments defaultHostArguments()
     return a;
 }
 
-std::optional<Scenario> parseScenario(const QByteArray& content, QString* error)
+std::optional<Scenario> parseScenario(const QByteArray& content, QString* error, const QString& folder)
 {
     QJsonParseError parseError;
     const QJsonDocument doc = QJsonDocument::fromJson(content, &parseError);
@@ -311,7 +312,10 @@ std::optional<Scenario> parseScenario(const QByteArray& content, QString* error)
     }
     try {
         if (!doc.isObject()) malformed(QStringLiteral("(file)"), QStringLiteral("expected a JSON object"));
-        const QJsonObject root = doc.object();
+        QString baseError;
+        const auto based = withBase(doc.object(), folder, &baseError);
+        if (!based) throw Malformed{baseError};
+        const QJsonObject& root = *based;
         onlyMembers(root, {QStringLiteral("now"), QStringLiteral("host"), QStringLiteral("outlook"), QStringLiteral("settings"),
                            QStringLiteral("settingsUnwritableAfter"), QStringLiteral("store"), QStringLiteral("script"),
                            QStringLiteral("expect")},

@@ -51,7 +51,8 @@ Date defaultNow();
 
 // Reads a whole file's content. On a malformed file returns nothing and puts one line into
 // *error naming the member that is wrong ("host.lTimeCardID: expected a whole number").
-std::optional<Scenario> parseScenario(const QByteArray& content, QString* error);
+// A "base" is looked for in `folder` (the scenario file's own folder).
+std::optional<Scenario> parseScenario(const QByteArray& content, QString* error, const QString& folder = QString());
 
 // The host's arguments as a scenario's host sends them when the file names none.
 HostArguments defaultHostArguments();

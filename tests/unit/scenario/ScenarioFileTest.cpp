@@ -190,3 +190,44 @@ TEST(CommandLineExit, KeepLeavesTheStoresAndOutWritesTheTranscript)
     EXPECT_EQ(t.value("status").toString(), "ok");
     EXPECT_EQ(t.value("outlook").toObject().value("tasks").toArray().at(0).toObject().value("Subject").toString(), "Kept");
 }
+
+// A scenario laid over its shared data: host arguments and settings by name, rows by their key
+// and member by member, a data file's defaults under every row of its table, bases in order.
+TEST(ScenarioBase, TheScenarioIsLaidOverItsDataByNameAndRowKey)
+{
+    test::TempDir dir;
+    auto write = [&](const char* name, const char* content) {
+        QFile f(dir.file(QLatin1String(name)));
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(content);
+    };
+    write("people.json", R"({"host": {"sUserName": "Morgan", "lTimeCardID": 7}, "settings": {"Task Selection": 0, "Link User": 1},
+        "outlook": {"contacts": [{"EntryID": "c-1", "FirstName": "Ada"}, {"EntryID": "c-2", "FirstName": "Ben"}]},
+        "store": {"link": {"tblContacts": [{"ContactID": 1, "ContactName": "Ada"}, {"ContactID": 2, "ContactName": "Ben"}]}}})");
+    write("rows.json", R"({"defaults": {"tblSteplets": {"DateType": 1, "Importance": 1}}})");
+    QString error;
+    const auto s = parseScenario(R"({"base": ["people.json", "rows.json"], "host": {"lTimeCardID": 0},
+        "settings": {"Link User": 0}, "outlook": {"contacts": [{"EntryID": "c-2", "LastName": "Okafor"}, {"EntryID": "c-3"}]},
+        "store": {"local": {"tblSteplets": [{"ID": 5, "Subject": "Call", "DateType": 0}]},
+                  "link": {"tblContacts": [{"ContactID": 3, "ContactName": "Clara"}]}},
+        "script": []})", &error, dir.path());
+    ASSERT_TRUE(s.has_value()) << error.toStdString();
+    EXPECT_EQ(s->host.sUserName, QStringLiteral("Morgan"));
+    EXPECT_EQ(s->host.lTimeCardID, 0);
+    const QList<QPair<QString, QJsonValue>> settings{{QStringLiteral("Link User"), 0}, {QStringLiteral("Task Selection"), 0}};
+    EXPECT_EQ(s->settings, settings);
+    ASSERT_EQ(s->outlook.contacts.size(), 3);
+    EXPECT_EQ(s->outlook.contacts[1].value(QStringLiteral("FirstName")), QStringLiteral("Ben"));
+    EXPECT_EQ(s->outlook.contacts[1].value(QStringLiteral("LastName")), QStringLiteral("Okafor"));
+    const QJsonObject store = s->storeRows;
+    EXPECT_EQ(store[QStringLiteral("link")][QStringLiteral("tblContacts")].toArray().size(), 3);
+    const QJsonObject row = store[QStringLiteral("local")][QStringLiteral("tblSteplets")][0].toObject();
+    EXPECT_EQ(row, (QJsonObject{{QStringLiteral("ID"), 5}, {QStringLiteral("Subject"), QStringLiteral("Call")},
+                                {QStringLiteral("DateType"), 0}, {QStringLiteral("Importance"), 1}}));
+
+    EXPECT_FALSE(parseScenario(R"({"base": "none.json", "script": []})", &error, dir.path()));
+    EXPECT_EQ(error, QStringLiteral("base: %1 cannot be read").arg(QDir::current().relativeFilePath(dir.file(QStringLiteral("none.json")))));
+    write("odd.json", R"({"script": []})");
+    EXPECT_FALSE(parseScenario(R"({"base": "odd.json", "script": []})", &error, dir.path()));
+    EXPECT_TRUE(error.endsWith(QStringLiteral("unknown member \"script\""))) << error.toStdString();
+}
