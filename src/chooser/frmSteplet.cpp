@@ -11,7 +11,6 @@ namespace {
 // Room that the contact area takes at the top of the window, given to the lists in ManageMode.
 constexpr int kContactAreaHeight = 1440;
 constexpr int kPageLeft = 450;
-constexpr int kOutOfSight = -20000;
 
 // The run-time's Val: the number at the start of a text, 0 when there is none.
 double leadingNumber(const QString& text)
@@ -368,20 +367,11 @@ QString frmSteplet::RetrieveContactEID(qint32 lContactID)
 }
 
 // Shows the page of the selected tab: pages are moved out of sight rather than hidden.
-void frmSteplet::showPage(ControlArray<PictureBox>& pages, int selectedTab)
-{
-    for (auto& page : pages) {
-        const bool selected = page.index() == selectedTab - 1;
-        page.setLeft(selected ? kPageLeft : kOutOfSight);
-        page.setEnabled(selected);
-    }
-}
-
 void frmSteplet::TabStrip1_Click()
 {
     Guard g(QStringLiteral("frmSteplets: TabStrip1_Click"));
     g.run([&] {
-        g(20); showPage(Picture1, TabStrip1.SelectedTab());
+        g(20); showSelectedPage(Picture1, TabStrip1.SelectedTab(), kPageLeft);
         g(30); if (TabStrip1.SelectedTab() == 1) {
             g(40); chkContactOption1.setTabStop(false);
             chkContactOption2.setTabStop(false);
@@ -399,7 +389,7 @@ void frmSteplet::TabStrip2_Click()
     Guard g(QStringLiteral("frmSteplets: TabStrip2_Click"));
     const bool manage = session().bNoTimeCard;
     g.run([&] {
-        g(20); showPage(Picture2, TabStrip2.SelectedTab());
+        g(20); showSelectedPage(Picture2, TabStrip2.SelectedTab(), kPageLeft);
         g(30); if (TabStrip2.SelectedTab() == 1) {
             g(40); ProcessTasksButton.setCaption(QStringLiteral("&Process Task(s)"));
             g(50); if (manage) cmdEdit.setVisible(true);

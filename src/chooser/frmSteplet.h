@@ -108,7 +108,6 @@ private:
     void connectHandlers();
     void layoutManageMode();
     void layoutProcessMode();
-    void showPage(ControlArray<PictureBox>& pages, int selectedTab);
     void disableGroupControls();
     int tickedCount(const ListBox& list) const;
     void contactOptionClick(const QString& literal, CheckBox& option, CheckBox& twin, int mode);

@@ -20,6 +20,31 @@ FillinEditor::FillinEditor(const Parts& parts, Options options) : m(parts), m_op
     if (m_options.edited) m.txtUserPrompt.Change.connect([this] { txtUserPrompt_Change(); });
 }
 
+void FillinEditor::layOut(Frame& frame, int width)
+{
+    struct Row { Label& label; const char* caption; Control& box; int boxWidth; };
+    const Row rows[] = {{m.fieldLabel, "Subject Field:", m.fieldList, 2055},
+                        {m.fillinLabel, "Fill-In:", m.cboFillin, width - 2040},
+                        {m.promptLabel, "User Prompt:", m.txtUserPrompt, width - 2040}};
+    for (int i = 0; i < 3; ++i) {
+        rows[i].label.setContainer(&frame);
+        rows[i].label.setCaption(QString::fromUtf8(rows[i].caption));
+        rows[i].label.Move(240, 390 + i * 480, 1455, 255);
+        rows[i].box.setContainer(&frame);
+        rows[i].box.Move(1800, 330 + i * 480, rows[i].boxWidth, 315);
+    }
+    m.fieldList.setStyle(ComboBox::Style::DropDownList);
+    for (int k = 1; k <= 4; ++k) m.fieldList.AddItem(QStringLiteral("Field %1").arg(k));
+    m.cboFillin.setStyle(ComboBox::Style::DropDownList);
+    m.previewLabel.setContainer(&frame);
+    m.previewLabel.setCaption(QStringLiteral("Subject Field Preview:"));
+    m.previewLabel.Move(240, 1830, width - 480, 255);
+    m.preview.setContainer(&frame);
+    m.preview.setLocked(true);
+    m.preview.setTabStop(false);
+    m.preview.Move(240, 2130, width - 480, 315);
+}
+
 QString FillinEditor::literal(const char* routine) const
 {
     return m.form.name() + QStringLiteral(": ") + QLatin1String(routine);

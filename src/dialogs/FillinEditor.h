@@ -14,6 +14,7 @@ namespace steplets {
 
 class ComboBox;
 class Form;
+class Frame;
 class Label;
 class TextBox;
 
@@ -26,7 +27,10 @@ public:
         QString fieldListName;                 // the field list's name, for its handler's trail entry
         ComboBox& cboFillin;
         TextBox& txtUserPrompt;
-        Label& promptLabel;
+        Label& fieldLabel;                     // "Subject Field:"
+        Label& fillinLabel;                    // "Fill-In:"
+        Label& promptLabel;                    // "User Prompt:"
+        Label& previewLabel;                   // "Subject Field Preview:"
         TextBox& preview;                      // Text1
         std::array<QString, 5>& sFillin;       // from index 1
         std::array<QString, 5>& sUserPrompt;
@@ -43,6 +47,10 @@ public:
     };
 
     FillinEditor(const Parts& parts, Options options);
+
+    // Puts the labels, lists, prompt box and preview into `frame`, `width` twips wide, with the
+    // captions and list items both forms have.
+    void layOut(Frame& frame, int width);
 
     // The field chosen in the field list: 1 to 4, 0 for none.
     int selectedField() const;

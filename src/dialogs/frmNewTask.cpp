@@ -13,7 +13,6 @@ namespace steplets {
 namespace {
 constexpr long vbSystemModal = 4096;
 constexpr int kPageLeft = 225;
-constexpr int kOutOfSight = -20000;
 constexpr int kButtonTop = 4875;
 constexpr int kCancelLeft = 6105;
 constexpr int kCreateWidth = 1935;
@@ -27,8 +26,8 @@ const char* const kHeaders[] = {
 
 frmNewTask::frmNewTask(UiHost& host)
     : Form(host, QStringLiteral("frmNewTask")),
-      m_fillins({*this, cboSubjectField, QStringLiteral("cboSubjectField"), cboFillin, txtUserPrompt, Label2[2], Text1,
-                 sFillin, sUserPrompt, bFieldLoading},
+      m_fillins({*this, cboSubjectField, QStringLiteral("cboSubjectField"), cboFillin, txtUserPrompt, Label2[0], Label2[1], Label2[2],
+                 Label3, Text1, sFillin, sUserPrompt, bFieldLoading},
                 FillinEditor::Options{})
 {
     design();
@@ -84,30 +83,12 @@ void frmNewTask::design()
     Frame1[1].setContainer(&Picture1[1]);
     Frame1[1].setCaption(QStringLiteral("Select Subject Field Fill-Ins"));
     Frame1[1].Move(0, 0, 7095, 3135);
-    const char* const labels[] = {"Subject Field:", "Fill-In:", "User Prompt:"};
-    Control* boxes[] = {&cboSubjectField, &cboFillin, &txtUserPrompt};
-    for (int i = 0; i < 3; ++i) {
-        Label2[i].setContainer(&Frame1[1]);
-        Label2[i].setCaption(QString::fromUtf8(labels[i]));
-        Label2[i].Move(240, 390 + i * 480, 1455, 255);
-        boxes[i]->setContainer(&Frame1[1]);
-        boxes[i]->Move(1800, 330 + i * 480, i == 0 ? 2055 : 5055, 315);
-    }
-    cboSubjectField.setStyle(ComboBox::Style::DropDownList);
-    for (int k = 1; k <= 4; ++k) cboSubjectField.AddItem(QStringLiteral("Field %1").arg(k));
+    m_fillins.layOut(Frame1[1], 7095);
     cboSubjectField.setToolTipText(
         QStringLiteral("Select one of four fields to insert in the subject field of new tasks processed using this template."));
-    cboFillin.setStyle(ComboBox::Style::DropDownList);
     cboFillin.setToolTipText(QStringLiteral("Select the text to insert in the field selected above."));
     txtUserPrompt.setToolTipText(QStringLiteral("Enter user prompt (maximum of 40 characters)."));
     txtUserPrompt.setEnabled(false);
-    Label3.setContainer(&Frame1[1]);
-    Label3.setCaption(QStringLiteral("Subject Field Preview:"));
-    Label3.Move(240, 1830, 6615, 255);
-    Text1.setContainer(&Frame1[1]);
-    Text1.setLocked(true);
-    Text1.setTabStop(false);
-    Text1.Move(240, 2130, 6615, 315);
 
     // The assignment.
     Frame1[2].setContainer(&Picture1[2]);
@@ -325,10 +306,7 @@ void frmNewTask::TabStrip1_Click()
     g.run([&] {
         const int tab = TabStrip1.SelectedTab();
         g(20);
-        for (int i = 0; i < TabStrip1.TabCount(); ++i) {
-            Picture1[i].setLeft(i == tab - 1 ? kPageLeft : kOutOfSight);
-            Picture1[i].setEnabled(i == tab - 1);
-        }
+        showSelectedPage(Picture1, tab, kPageLeft);
         g(30);
         switch (tab) {
         case 1:

@@ -10,13 +10,12 @@ namespace steplets {
 
 namespace {
 constexpr int kPageLeft = 135;
-constexpr int kOutOfSight = -20000;
 } // namespace
 
 frmOptions::frmOptions(UiHost& host)
     : Form(host, QStringLiteral("frmOptions")),
-      m_fillins({*this, Combo1, QStringLiteral("Combo1"), cboFillin, txtUserPrompt, Label2[4], Text1, sFillin, sUserPrompt,
-                 bFieldLoading},
+      m_fillins({*this, Combo1, QStringLiteral("Combo1"), cboFillin, txtUserPrompt, Label2[1], Label2[0], Label2[4], Label7, Text1,
+                 sFillin, sUserPrompt, bFieldLoading},
                 FillinEditor::Options{50, false, true, [this] { enableApply(); }, modTasks::uiClock()})
 {
     design();
@@ -42,29 +41,11 @@ void frmOptions::design()
     Frame1[0].setContainer(&Picture1[0]);
     Frame1[0].setCaption(QStringLiteral("Default Fill-Ins"));
     Frame1[0].Move(0, 0, 6585, 3135);
-    struct Row { Label& label; const char* caption; Control& box; };
-    const Row rows[] = {{Label2[1], "Subject Field:", Combo1}, {Label2[0], "Fill-In:", cboFillin}, {Label2[4], "User Prompt:", txtUserPrompt}};
-    for (int i = 0; i < 3; ++i) {
-        rows[i].label.setContainer(&Frame1[0]);
-        rows[i].label.setCaption(QString::fromUtf8(rows[i].caption));
-        rows[i].label.Move(240, 390 + i * 480, 1455, 255);
-        rows[i].box.setContainer(&Frame1[0]);
-        rows[i].box.Move(1800, 330 + i * 480, i == 0 ? 2055 : 4545, 315);
-    }
-    Combo1.setStyle(ComboBox::Style::DropDownList);
-    for (int k = 1; k <= 4; ++k) Combo1.AddItem(QStringLiteral("Field %1").arg(k));
+    m_fillins.layOut(Frame1[0], 6585);
     Combo1.setToolTipText(QStringLiteral("Select the field you wish to edit."));
-    cboFillin.setStyle(ComboBox::Style::DropDownList);
     cboFillin.setToolTipText(QStringLiteral("Select the formatting you wish to include in the selected field."));
     // The limit is 50 though the tip says 40, as the dialog has always had it.
     txtUserPrompt.setToolTipText(QStringLiteral("Enter the user prompt (maximum of 40 characters) for this field."));
-    Label7.setContainer(&Frame1[0]);
-    Label7.setCaption(QStringLiteral("Subject Field Preview:"));
-    Label7.Move(240, 1830, 6105, 255);
-    Text1.setContainer(&Frame1[0]);
-    Text1.setLocked(true);
-    Text1.setTabStop(false);
-    Text1.Move(240, 2130, 6105, 315);
 
     // The links and the view.
     Frame2.setContainer(&Picture1[1]);
@@ -211,10 +192,7 @@ void frmOptions::TabStrip1_Click()
     g.run([&] {
         const int tab = TabStrip1.SelectedTab();
         g(20);
-        for (int i = 0; i < TabStrip1.TabCount(); ++i) {
-            Picture1[i].setLeft(i == tab - 1 ? kPageLeft : kOutOfSight);
-            Picture1[i].setEnabled(i == tab - 1);
-        }
+        showSelectedPage(Picture1, tab, kPageLeft);
         g(30);
         if (tab == 1) {
             Combo1.setTabIndex(0);

@@ -1,4 +1,5 @@
 #include "TabStrip.h"
+#include "TextControls.h"
 #include "Form.h"
 #include "runtime/Failure.h"
 #include <QJsonArray>
@@ -47,6 +48,16 @@ QJsonObject TabStrip::snapshot() const {
     o[QStringLiteral("selectedTab")] = m_selected;
     o[QStringLiteral("tabs")] = QJsonArray::fromStringList(m_tabs);
     return o;
+}
+
+void showSelectedPage(ControlArray<PictureBox>& pages, int selectedTab, int left)
+{
+    constexpr int kOutOfSight = -20000;
+    for (auto& page : pages) {
+        const bool selected = page.index() == selectedTab - 1;
+        page.setLeft(selected ? left : kOutOfSight);
+        page.setEnabled(selected);
+    }
 }
 
 } // namespace steplets

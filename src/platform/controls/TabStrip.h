@@ -33,4 +33,11 @@ private:
     int m_selected = 0;
 };
 
+class PictureBox;
+template <class T> class ControlArray;
+
+// The page of the selected tab (pages by index from 0 for tab 1) stands at `left` and is
+// enabled; the others are moved out of sight and disabled, as the windows show one page at a time.
+void showSelectedPage(ControlArray<PictureBox>& pages, int selectedTab, int left);
+
 } // namespace steplets
