@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QAbstractButton>
 #include <QApplication>
 #include <QUrl>
 #include <QGroupBox>
@@ -16,6 +17,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMouseEvent>
+#include <QShortcutEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -328,6 +330,14 @@ bool FormView::eventFilter(QObject* watched, QEvent* event)
     switch (event->type()) {
     case QEvent::FocusIn:
         if (m_form->ActiveControl() != c && c->canTakeFocus()) act([this, c] { m_form->moveFocus(c); });
+        break;
+    case QEvent::Shortcut:
+        // An accelerator clicks at once, where Qt would first show the button pressed for a while.
+        if (auto* b = qobject_cast<QAbstractButton*>(watched); b && !static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
+            if (b->focusPolicy() & Qt::TabFocus) b->setFocus(Qt::ShortcutFocusReason);
+            b->click();
+            return true;
+        }
         break;
     case QEvent::MouseMove:
     case QEvent::MouseButtonPress:
