@@ -53,6 +53,8 @@ public:
         abTools.Move(4560, 1100, 1200, 435);
         Timer1.setEnabled(false);
 
+        txtName.KeyDown.connect([this](int& key, int) { keysDown << QStringLiteral("txtName %1").arg(key); });
+        cmdClose.KeyDown.connect([this](int& key, int) { keysDown << QStringLiteral("cmdClose %1").arg(key); });
         chkOption.Click.connect([this] { ++checkClicks; });
         txtName.Change.connect([this] { ++textChanges; });
         tabMain.Click.connect([this] { ++tabClicks; });
@@ -73,7 +75,7 @@ public:
     Timer Timer1{*this, QStringLiteral("Timer1")};
 
     int checkClicks = 0, textChanges = 0, tabClicks = 0, saves = 0, activations = 0;
-    QStringList toolsClicked;
+    QStringList toolsClicked, keysDown;
     std::function<void()> onSave, onTick;
     std::function<void(int&)> onQueryUnload;
 
@@ -201,6 +203,50 @@ TEST_F(QtHostTest, TheAmpersandOfACaptionIsItsAcceleratorAndEscapeIsTheCancelBut
     EXPECT_EQ(w.chkOption.Value(), CheckBox::Checked);
     EXPECT_FALSE(w.Visible());
     w.Unload();
+}
+
+TEST_F(QtHostTest, EnterAndEscapeGoToTheDefaultAndCancelButtonsOnlyWhenTheyCanTakeThemElseToKeyDown)
+{
+    struct Case {
+        const char* what;
+        bool withDefault, defaultEnabled, cancelEnabled, onButton;
+        Qt::Key key;
+        int saves;
+        bool closes;
+        QStringList keysDown;
+    };
+    const Case cases[] = {
+        {"Enter without a default button", false, true, true, false, Qt::Key_Return, 0, false, {"txtName 13"}},
+        {"Enter with a default button", true, true, true, false, Qt::Key_Return, 1, false, {}},
+        {"Enter with the default button disabled", true, false, true, false, Qt::Key_Return, 0, false, {"txtName 13"}},
+        {"Enter on a button that is not the default", true, true, true, true, Qt::Key_Return, 0, false, {"cmdClose 13"}},
+        {"Escape with a cancel button", false, true, true, false, Qt::Key_Escape, 0, true, {}},
+        {"Escape with the cancel button disabled", false, true, false, false, Qt::Key_Escape, 0, false, {"txtName 27"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        SampleWindow w(host);
+        w.cmdSave.setDefault(c.withDefault);
+        w.cmdSave.setEnabled(c.defaultEnabled);
+        w.cmdClose.setEnabled(c.cancelEnabled);
+        bool closed = false;
+        Driver driver;
+        driver.then("the sample window", [&] { return view(w) && view(w)->isVisible(); }, [&] {
+            QWidget* target = view(w)->widgetOf(c.onButton ? static_cast<Control&>(w.cmdClose) : w.txtName);
+            target->setFocus();
+            QTest::keyClick(target, c.key);
+            settle();
+            closed = !w.Visible();
+            if (!closed) w.Hide();
+        });
+        driver.start();
+        w.Show();
+        ASSERT_TRUE(driver.finished());
+        EXPECT_EQ(w.saves, c.saves);
+        EXPECT_EQ(closed, c.closes);
+        EXPECT_EQ(w.keysDown, c.keysDown);
+        w.Unload();
+    }
 }
 
 // --- Modal windows ---

@@ -190,17 +190,9 @@ void typeInto(QWidget* w, const Step& step, const QString& what)
     if (e->hasFocus()) QTest::keyClick(e, Qt::Key_Tab);
 }
 
-// The widget that takes the keyboard for a control's widget.
-QWidget* focusTarget(QWidget* w)
-{
-    if (auto* strip = dynamic_cast<qt::TabStripWidget*>(w)) return strip->tabBar();
-    if (auto* cal = dynamic_cast<qt::CalendarBox*>(w)) return cal->calendar();
-    return w;
-}
-
 void focus(QWidget* w, const QString& what)
 {
-    QWidget* target = focusTarget(w);
+    QWidget* target = qt::keyboardWidget(w);
     requireReachable(target, what);
     if (target->focusPolicy() == Qt::NoFocus) refuse(QStringLiteral("cannot focus %1: it takes no focus").arg(what));
     target->setFocus(Qt::TabFocusReason);
@@ -215,7 +207,7 @@ void key(QWidget* w, const Step& step, const QString& what)
     if (step.json.value(QStringLiteral("shift")).toBool()) mods |= Qt::ShiftModifier;
     if (step.json.value(QStringLiteral("ctrl")).toBool()) mods |= Qt::ControlModifier;
     if (step.json.value(QStringLiteral("alt")).toBool()) mods |= Qt::AltModifier;
-    QTest::keyClick(focusTarget(w), k, mods);
+    QTest::keyClick(qt::keyboardWidget(w), k, mods);
 }
 
 void clickTab(QWidget* w, const Step& step, const QString& what)

@@ -323,6 +323,23 @@ bool FormView::forwardMouse(Control& c, QObject* watched, QEvent* event)
     return false;
 }
 
+bool FormView::routeKey(Control& c, QObject* watched, QKeyEvent* key)
+{
+    // The key is handled once, where the control takes the keyboard, not again as it travels on
+    // to the control's outer widgets.
+    if (watched != keyboardWidget(widgetOf(c))) return false;
+    const int code = keyCodeOf(*key);
+    if (code == 0) return false;
+    // Enter and Escape are the window's, in the model's order: its default or cancel button, else
+    // the control's KeyDown. A drop-down's own window keeps its keys.
+    const bool windowKey = (code == Control::KeyReturn || code == Control::KeyEscape) &&
+                           static_cast<QWidget*>(watched)->window() == this;
+    if (!windowKey && !c.KeyDown.connected()) return false;
+    int left = code;
+    act([&] { left = c.userKey(code, shiftOf(key->modifiers())); });
+    return windowKey || left == 0;
+}
+
 bool FormView::eventFilter(QObject* watched, QEvent* event)
 {
     Control* c = m_controlOf.value(watched);
@@ -344,20 +361,9 @@ bool FormView::eventFilter(QObject* watched, QEvent* event)
     case QEvent::MouseButtonRelease:
         forwardMouse(*c, watched, event);
         break;
-    case QEvent::KeyPress: {
-        if (!c->KeyDown.connected()) break;
-        auto* key = static_cast<QKeyEvent*>(event);
-        int code = keyCodeOf(*key);
-        // Enter and Escape go to the default and cancel buttons when the window has them.
-        if ((code == Control::KeyReturn && m_form->defaultButton()) || (code == Control::KeyEscape && m_form->cancelButton()))
-            break;
-        if (code != 0) {
-            const int shift = shiftOf(key->modifiers());
-            act([&] { c->KeyDown(code, shift); });
-            if (code == 0) return true;   // the handler swallowed the key
-        }
+    case QEvent::KeyPress:
+        if (routeKey(*c, watched, static_cast<QKeyEvent*>(event))) return true;
         break;
-    }
     default: break;
     }
     return QDialog::eventFilter(watched, event);

@@ -61,6 +61,7 @@ private:
     QWidget* createToolBar(Control& c, QWidget* parent);
     void bind(Control& c, QWidget* w);
     bool forwardMouse(Control& c, QObject* watched, QEvent* event);
+    bool routeKey(Control& c, QObject* watched, QKeyEvent* key);
     void act(const std::function<void()>& body);
 
     // FormViewSync.cpp: models onto widgets.

@@ -9,6 +9,13 @@
 
 namespace steplets::qt {
 
+QWidget* keyboardWidget(QWidget* controlWidget)
+{
+    if (auto* strip = dynamic_cast<TabStripWidget*>(controlWidget)) return strip->tabBar();
+    if (auto* cal = dynamic_cast<CalendarBox*>(controlWidget)) return cal->calendar();
+    return controlWidget;
+}
+
 TabStripWidget::TabStripWidget(QWidget* parent) : QFrame(parent), m_bar(new QTabBar(this))
 {
     setFrameShape(QFrame::StyledPanel);

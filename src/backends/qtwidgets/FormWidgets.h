@@ -9,6 +9,10 @@
 
 namespace steplets::qt {
 
+// The widget that takes the keyboard for a control's widget: a tab strip's bar, a calendar's
+// month grid, else the widget itself.
+QWidget* keyboardWidget(QWidget* controlWidget);
+
 class TabStripWidget : public QFrame {
 public:
     explicit TabStripWidget(QWidget* parent);
