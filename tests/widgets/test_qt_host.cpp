@@ -15,6 +15,7 @@
 #include <QScreen>
 #include <QTest>
 #include <QToolBar>
+#include <QWindow>
 
 using namespace steplets;
 using steplets::qt::FormView;
@@ -247,6 +248,54 @@ TEST_F(QtHostTest, EnterAndEscapeGoToTheDefaultAndCancelButtonsOnlyWhenTheyCanTa
         EXPECT_EQ(w.keysDown, c.keysDown);
         w.Unload();
     }
+}
+
+TEST_F(QtHostTest, AWindowStandsWhereItsFormSaysElseOverItsCallerAndComesBackWhereItWas)
+{
+    SampleWindow caller(host, QStringLiteral("frmCaller"));
+    SampleWindow placed(host, QStringLiteral("frmPlaced"));
+    SampleWindow review(host, QStringLiteral("frmReview"));
+    placed.setLeft(2880);
+    placed.setTop(1440);
+    QPoint placedAt, reviewCentre, callerCentre, reviewBack;
+    const QPoint movedTo(40, 50);
+    caller.onSave = [&] {
+        placed.Show();
+        review.Show();
+    };
+    // Hidden and shown again by its own handler, as the processing window is around a review.
+    review.onSave = [&] {
+        review.Hide();
+        review.Show();
+    };
+    Driver driver;
+    driver.then("the caller", [&] { return view(caller) && view(caller)->isVisible(); },
+                [&] { QTest::mouseClick(view(caller)->widgetOf(caller.cmdSave), Qt::LeftButton); })
+        .then("the placed window", [&] { return view(placed) && view(placed)->isVisible(); }, [&] {
+            placedAt = view(placed)->pos();
+            QTest::mouseClick(view(placed)->widgetOf(placed.cmdClose), Qt::LeftButton);
+        })
+        .then("the window over the caller", [&] { return view(review) && view(review)->isVisible(); }, [&] {
+            reviewCentre = view(review)->frameGeometry().center();
+            callerCentre = view(caller)->frameGeometry().center();
+            // The window manager, or the user, moves it; then it goes and comes back.
+            view(review)->windowHandle()->setFramePosition(movedTo);
+            settle();
+            QTest::mouseClick(view(review)->widgetOf(review.cmdSave), Qt::LeftButton);
+        })
+        .then("the window shown again", [&] { return review.modalDepth() == 2 && view(review)->isVisible(); }, [&] {
+            reviewBack = view(review)->pos();
+            review.Hide();
+        })
+        .then("the caller again", [&] { return review.modalDepth() == 0; }, [&] { caller.Hide(); });
+    driver.start();
+    caller.Show();
+    ASSERT_TRUE(driver.finished());
+    EXPECT_NEAR(placedAt.x(), 2 * dpi(), 1);
+    EXPECT_NEAR(placedAt.y(), dpi(), 1);
+    EXPECT_LE((reviewCentre - callerCentre).manhattanLength(), 2);
+    EXPECT_EQ(reviewBack, movedTo);
+    for (Form* f : {static_cast<Form*>(&caller), static_cast<Form*>(&placed), static_cast<Form*>(&review)}) f->Unload();
 }
 
 // --- Modal windows ---

@@ -66,9 +66,20 @@ void FormView::present(QWidget* below)
         setParent(below, flags);
     }
     flush();
+    // Where the form puts itself, else where it was last seen; a window seen for the first time
+    // is centred over the window below, as a dialog is. A place given before the show also
+    // tells the window manager to leave it there.
+    if (m_form && m_form->placed()) placeWindow();
+    else if (m_lastPlace) move(*m_lastPlace);
     show();
     raise();
     activateWindow();
+}
+
+void FormView::hideEvent(QHideEvent* event)
+{
+    if (!event->spontaneous()) m_lastPlace = pos();
+    QDialog::hideEvent(event);
 }
 
 int FormView::px(int twips) const { return twipsToPixels(twips, m_dpi); }

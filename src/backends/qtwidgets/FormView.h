@@ -11,6 +11,7 @@
 #include <QHash>
 #include <QSet>
 #include <functional>
+#include <optional>
 #include <vector>
 
 class QLabel;
@@ -48,6 +49,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void reject() override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -73,6 +75,7 @@ private:
     void fitGridColumns(Grid& grid, QTableWidget* g, const std::vector<int>& need);
     void syncToolBar(Control& c, QWidget* w);
     void syncForm();
+    void placeWindow();
     // FormViewLayout.cpp: where the widgets lie.
     void placeDesigned(Control& c, QWidget* w);
     void layoutControls();
@@ -96,6 +99,8 @@ private:
     bool m_formDirty = true;
     bool m_flushScheduled = false;
     bool m_syncing = false;
+    // Where the window was when it was last hidden: it comes back there.
+    std::optional<QPoint> m_lastPlace;
 };
 
 } // namespace steplets::qt
