@@ -5,7 +5,13 @@
 #include "QtUiHost.h"
 #include "WidgetSupport.h"
 #include "controls/Controls.h"
+#include "TempDir.h"
+#include "backends/vdir/DemoContacts.h"
+#include "backends/vdir/VdirStore.h"
 #include "runtime/Failure.h"
+#include "session/SessionContext.h"
+#include <QDir>
+#include <QPointer>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLineEdit>
@@ -397,6 +403,70 @@ TEST_F(QtHostTest, MessageBoxesHaveTheButtonsAskedForAndEscapeCancels)
     EXPECT_EQ(seen.size(), 2);
     EXPECT_TRUE(seen.contains(QMessageBox::Ok));
     EXPECT_TRUE(seen.contains(QMessageBox::Cancel));
+}
+
+TEST_F(QtHostTest, ItemsDisplayedWithoutWaitingStayUpBesideTheModalWindowUntilTheSessionEnds)
+{
+    // A real task and contact store that shows its items through this host.
+    test::TempDir dir;
+    QDir().mkpath(dir.file(QStringLiteral("tasks")));
+    vdir::writeDemoContacts(dir.file(QStringLiteral("contacts")));
+    auto shared = std::make_shared<QtUiHost>();
+    vdir::VdirConfig config;
+    config.root = dir.path();
+    auto app = vdir::openVdirStore(config, shared);
+    session().olNS = app->GetNamespace(QStringLiteral("MAPI"));
+    session().sTaskFolderSID = QStringLiteral("store");
+    auto task = session().olNS->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"))->Items().Add();
+    task->set(QStringLiteral("Subject"), QStringLiteral("Call the bank"));
+    task->Save();
+    const QString entryID = task->EntryID();
+    auto contact = ol::asContact(session().olNS->GetItemFromID(vdir::demoUser().entryId, QStringLiteral("store")));
+
+    SampleWindow w(*shared);
+    bool returned = false, modalSeen = false;
+    QPointer<QWidget> taskWindow, contactWindow;
+    w.onSave = [&] {
+        // A window that waited would be closed here after a while, and say so.
+        QTimer::singleShot(2000, shared->viewOf(w), [&] {
+            if (auto* modal = QApplication::activeModalWidget(); modal && modal != shared->viewOf(w)) {
+                modalSeen = true;
+                static_cast<QDialog*>(modal)->done(QDialog::Rejected);
+            }
+        });
+        contact->Display(false);
+        std::exchange(task, nullptr)->Display(false);   // the caller lets go of the task at once
+        returned = true;
+    };
+    Driver driver;
+    driver.then("the window", [&] { return shared->viewOf(w) && shared->viewOf(w)->isVisible(); },
+                [&] { QTest::mouseClick(shared->viewOf(w)->widgetOf(w.cmdSave), Qt::LeftButton); })
+        .then("both item windows beside it", [&] { return test::shownWindow(QStringLiteral("TaskWindow")) && returned; }, [&] {
+            taskWindow = test::shownWindow(QStringLiteral("TaskWindow"));
+            contactWindow = test::shownWindow(QStringLiteral("ContactWindow"));
+            ASSERT_TRUE(contactWindow);
+            EXPECT_FALSE(taskWindow->isModal());
+            EXPECT_FALSE(contactWindow->isModal());
+            // The task window still works on the task the caller let go of.
+            auto* subject = taskWindow->findChild<QLineEdit*>(QStringLiteral("subject"));
+            QTest::keyClick(subject, Qt::Key_A, Qt::ControlModifier);
+            QTest::keyClicks(subject, QStringLiteral("Call the bank on Monday"));
+            QTest::mouseClick(taskWindow->findChild<QPushButton*>(QStringLiteral("saveAndClose")), Qt::LeftButton);
+        })
+        .then("the task window gone, the card still up", [&] { return !taskWindow; }, [&] {
+            EXPECT_TRUE(contactWindow && contactWindow->isVisible());
+            QTest::mouseClick(shared->viewOf(w)->widgetOf(w.cmdClose), Qt::LeftButton);
+        });
+    driver.start();
+    w.Show();
+    ASSERT_TRUE(driver.finished());
+    EXPECT_FALSE(modalSeen);
+    // The session's last modal window has gone, and the card with it.
+    EXPECT_FALSE(contactWindow && contactWindow->isVisible());
+    EXPECT_EQ(ol::asTask(session().olNS->GetItemFromID(entryID, QStringLiteral("store")))->Subject(),
+              QStringLiteral("Call the bank on Monday"));
+    w.Unload();
+    session() = SessionContext();
 }
 
 // --- Timers, yielding, pointer, failures ---

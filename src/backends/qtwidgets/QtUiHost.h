@@ -92,6 +92,8 @@ private:
     // Runs a dialog of the host's own modally, as a wait for the user.
     int execDialog(QDialog& dialog, const UserWait& wait);
     QWidget* visibleViewBelowTop() const;
+    void keepItemWindow(QDialog* window);
+    void closeItemWindows();
 
     // Deferred calls are bound to it, so none runs after the host is gone.
     std::unique_ptr<QObject> m_context;
@@ -99,6 +101,8 @@ private:
     std::shared_ptr<HostClock> m_clock;
     UserDriver* m_driver = nullptr;
     std::vector<QPointer<QDialog>> m_dialogs;
+    // Item windows shown with Display(False), open beside the modal windows.
+    std::vector<QPointer<QDialog>> m_itemWindows;
     QHash<const Form*, FormView*> m_views;
     QHash<Timer*, QTimer*> m_timers;
     std::vector<Form*> m_stack;
