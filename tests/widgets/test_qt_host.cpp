@@ -17,6 +17,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
@@ -60,6 +61,8 @@ public:
         abTools.Move(4560, 1100, 1200, 435);
         Timer1.setEnabled(false);
 
+        lstItems.Click.connect([this] { ++listClicks; });
+        lstItems.ItemCheck.connect([this](int) { ++itemChecks; });
         txtName.KeyDown.connect([this](int& key, int) { keysDown << QStringLiteral("txtName %1").arg(key); });
         cmdClose.KeyDown.connect([this](int& key, int) { keysDown << QStringLiteral("cmdClose %1").arg(key); });
         chkOption.Click.connect([this] { ++checkClicks; });
@@ -81,7 +84,7 @@ public:
     ToolBar abTools{*this, QStringLiteral("abTools")};
     Timer Timer1{*this, QStringLiteral("Timer1")};
 
-    int checkClicks = 0, textChanges = 0, tabClicks = 0, saves = 0, activations = 0;
+    int checkClicks = 0, textChanges = 0, tabClicks = 0, saves = 0, activations = 0, listClicks = 0, itemChecks = 0;
     QStringList toolsClicked, keysDown;
     std::function<void()> onSave, onTick;
     std::function<void(int&)> onQueryUnload;
@@ -209,6 +212,41 @@ TEST_F(QtHostTest, TheAmpersandOfACaptionIsItsAcceleratorAndEscapeIsTheCancelBut
     EXPECT_EQ(w.saves, 1);
     EXPECT_EQ(w.chkOption.Value(), CheckBox::Checked);
     EXPECT_FALSE(w.Visible());
+    w.Unload();
+}
+
+TEST_F(QtHostTest, AClickOnTheBoxOfAnyRowTicksItWithItemCheckAndOneClick)
+{
+    SampleWindow w(host);
+    for (const char* text : {"first", "second", "third"}) w.lstItems.AddItem(QLatin1String(text));
+    struct Tick { int row; bool ticked; };
+    // No row current, another row current, the current row, and back to another.
+    const Tick ticks[] = {{1, true}, {0, true}, {0, false}, {2, true}};
+    Driver driver;
+    driver.then("the sample window", [&] { return view(w) && view(w)->isVisible(); }, [&] {
+        auto* list = widget<QListWidget>(w, w.lstItems);
+        int n = 0;
+        for (const Tick& t : ticks) {
+            ++n;
+            // As a hand clicks: the pointer moves a pixel while the button is down.
+            const QRect box = qt::checkIndicatorRect(list, list->item(t.row));
+            const QPoint moved = box.center() + QPoint(1, 0);
+            QTest::mousePress(list->viewport(), Qt::LeftButton, {}, box.center());
+            QMouseEvent move(QEvent::MouseMove, moved, list->viewport()->mapToGlobal(moved), Qt::NoButton, Qt::LeftButton, {});
+            QApplication::sendEvent(list->viewport(), &move);
+            QTest::mouseRelease(list->viewport(), Qt::LeftButton, {}, moved);
+            settle();
+            EXPECT_EQ(w.lstItems.Selected(t.row), t.ticked) << "tick " << n;
+            EXPECT_EQ(list->item(t.row)->checkState() == Qt::Checked, t.ticked) << "tick " << n;
+            EXPECT_EQ(w.lstItems.ListIndex(), t.row) << "tick " << n;
+            EXPECT_EQ(w.itemChecks, n) << "tick " << n;
+            EXPECT_EQ(w.listClicks, n) << "tick " << n;
+        }
+        QTest::mouseClick(view(w)->widgetOf(w.cmdClose), Qt::LeftButton);
+    });
+    driver.start();
+    w.Show();
+    ASSERT_TRUE(driver.finished());
     w.Unload();
 }
 

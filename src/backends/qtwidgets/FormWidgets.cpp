@@ -1,13 +1,24 @@
 #include "FormWidgets.h"
 #include <QKeyEvent>
+#include <QListWidget>
 #include <QLocale>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QStyleOptionComboBox>
+#include <QStyleOptionViewItem>
 #include <QStylePainter>
 #include <QVBoxLayout>
 
 namespace steplets::qt {
+
+QRect checkIndicatorRect(const QListWidget* list, const QListWidgetItem* item)
+{
+    QStyleOptionViewItem opt;
+    opt.initFrom(list->viewport());
+    opt.rect = list->visualItemRect(item);
+    opt.features |= QStyleOptionViewItem::HasCheckIndicator;
+    return list->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &opt, list);
+}
 
 QWidget* keyboardWidget(QWidget* controlWidget)
 {

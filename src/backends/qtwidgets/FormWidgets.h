@@ -7,7 +7,14 @@
 #include <QLabel>
 #include <QTabBar>
 
+class QListWidget;
+class QListWidgetItem;
+
 namespace steplets::qt {
+
+// Where the check box of a row of a check-box list is drawn, in the list's viewport: a click
+// there ticks the row and nothing else.
+QRect checkIndicatorRect(const QListWidget* list, const QListWidgetItem* item);
 
 // The widget that takes the keyboard for a control's widget: a tab strip's bar, a calendar's
 // month grid, else the widget itself.
