@@ -90,6 +90,15 @@ TEST_F(FormRenderingTest, TheAnchorDateCalendarShowsWholeWeeksAndTakesAPickedDay
         QTest::qWait(20);
         EXPECT_FALSE(cal->isVisible() && cal->window() != view(prompt)) << "the drop-down stays open";
         test::saveScreenshot(view(prompt), QStringLiteral("prompt-anchor-date-picked"));
+        // By keys: F4 drops the grid down on the day picked, Right moves on a day, Enter takes it.
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_F4);
+        ASSERT_TRUE(cal->isVisible());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QTest::qWait(20);
+        EXPECT_FALSE(cal->isVisible()) << "Enter leaves the drop-down open";
+        picked = picked.addDays(1);
         QTest::mouseClick(view(prompt)->widgetOf(prompt.OKButton), Qt::LeftButton);
     });
     driver.start();

@@ -208,6 +208,12 @@ QWidget* FormView::create(Control& c, QWidget* parent)
         connect(box->calendar(), &QCalendarWidget::clicked, this, [this, &cal](QDate d) {
             act([&] { cal.userPickDate(Date::fromQDate(d)); });
         });
+        // Enter on a day of the drop-down picks it as a click does; a double click on the grid,
+        // which clicked the day already, picks nothing more.
+        connect(box->calendar(), &QCalendarWidget::activated, this, [this, &cal, box](QDate d) {
+            if (box->isDropDown() || !(cal.Value() == steplets::Value(Date::fromQDate(d))))
+                act([&] { cal.userPickDate(Date::fromQDate(d)); });
+        });
         m_controlOf.insert(box->calendar(), &c);
         return box;
     }

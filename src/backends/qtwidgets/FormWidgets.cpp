@@ -55,6 +55,7 @@ CalendarBox::CalendarBox(QWidget* parent)
     popupLayout->setContentsMargins(1, 1, 1, 1);
     // A day picked in the drop-down closes it; the binding hears the same click.
     QObject::connect(m_calendar, &QCalendarWidget::clicked, m_popup, [this] { if (m_dropDown) m_popup->hide(); });
+    QObject::connect(m_calendar, &QCalendarWidget::activated, m_popup, [this] { if (m_dropDown) m_popup->hide(); });
     setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(m_calendar);
 }
