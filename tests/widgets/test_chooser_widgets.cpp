@@ -1,7 +1,6 @@
 // The chooser as the desktop program opens it, on the embedded default in a temporary home, with
 // real mouse and key events: both modes, the tabs, a new group through the prompt dialog, and
-// the store read back afterwards. Each window is photographed into the build directory; with
-// STEPLETS_DOCS_DIR set, the chooser in each mode is also written there for the README.
+// the store read back afterwards. The windows are photographed by test_windows.
 #include "Desktop.h"
 #include "FormView.h"
 #include "FormWidgets.h"
@@ -73,19 +72,16 @@ TEST_F(ChooserWidgetsTest, ManageModeTabsAndANewGroupThroughThePromptDialog)
         .then("the chooser", [&] { return top("frmSteplet"); }, [&] {
             Form& f = *top("frmSteplet");
             EXPECT_EQ(host->viewOf(f)->windowTitle(), f.Caption());
-            test::saveScreenshot(host->viewOf(f), QStringLiteral("chooser-manage"), true);
             // 1. Without a time card there is no contact area.
             EXPECT_FALSE(widget(f, "TabStrip1")->isVisible());
             // 2. The group page, then Add, which opens the prompt and waits there.
             clickTab(f, "TabStrip2", 2);
             EXPECT_EQ(model<TabStrip>(f, "TabStrip2").SelectedTab(), 2);
             EXPECT_TRUE(widget(f, "cboGroup")->isVisible());
-            test::saveScreenshot(host->viewOf(f), QStringLiteral("chooser-manage-groups"));
             click(f, "cmdAdd");
         })
         .then("the prompt for the group's name", [&] { return top("frmPrompt"); }, [&] {
             Form& p = *top("frmPrompt");
-            test::saveScreenshot(host->viewOf(p), QStringLiteral("prompt-new-group"));
             click(p, "txtUserInput");
             QTest::keyClicks(widget(p, "txtUserInput"), name);
             EXPECT_EQ(model<TextBox>(p, "txtUserInput").Text(), name);
@@ -96,7 +92,6 @@ TEST_F(ChooserWidgetsTest, ManageModeTabsAndANewGroupThroughThePromptDialog)
                   Form& f = *top("frmSteplet");
                   QTest::qWait(20);   // the widgets follow once the handler has returned
                   EXPECT_EQ(widget<QComboBox>(f, "cboGroup")->currentText(), name);
-                  test::saveScreenshot(host->viewOf(f), QStringLiteral("chooser-new-group"));
                   click(f, "CancelButton");
               });
     driver.start();
@@ -123,7 +118,6 @@ TEST_F(ChooserWidgetsTest, ProcessModeWithATimeCardTicksATemplateByKeyboard)
         clickTab(f, "TabStrip1", 2);
         EXPECT_EQ(model<TabStrip>(f, "TabStrip1").SelectedTab(), 2);
         EXPECT_TRUE(widget(f, "chkContactOption1")->isVisible());
-        test::saveScreenshot(host->viewOf(f), QStringLiteral("chooser-process-contact-options"));
         clickTab(f, "TabStrip1", 1);
         EXPECT_EQ(model<TabStrip>(f, "TabStrip1").SelectedTab(), 1);
         // 2. The templates, and a tick by mouse and space bar.
@@ -135,10 +129,8 @@ TEST_F(ChooserWidgetsTest, ProcessModeWithATimeCardTicksATemplateByKeyboard)
         QTest::keyClick(list, Qt::Key_Space);
         ticked = model<ListBox>(f, "lbTaskTemplates").Selected(0);
         QTest::qWait(20);
-        test::saveScreenshot(host->viewOf(f), QStringLiteral("chooser-process"), true);
         clickTab(f, "TabStrip2", 2);
         EXPECT_EQ(model<TabStrip>(f, "TabStrip2").SelectedTab(), 2);
-        test::saveScreenshot(host->viewOf(f), QStringLiteral("chooser-process-groups"));
         click(f, "CancelButton");
     });
     driver.start();

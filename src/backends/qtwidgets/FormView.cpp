@@ -179,6 +179,7 @@ QWidget* FormView::create(Control& c, QWidget* parent)
         g->setEditTriggers(QAbstractItemView::NoEditTriggers);
         g->setSelectionBehavior(QAbstractItemView::SelectRows);
         g->setSelectionMode(QAbstractItemView::SingleSelection);
+        g->setTabKeyNavigation(false);   // Tab moves on to the next control, as the designed grid's does
         auto& grid = static_cast<Grid&>(c);
         connect(g, &QTableWidget::cellClicked, this, [this, &grid](int row, int col) {
             act([&] {

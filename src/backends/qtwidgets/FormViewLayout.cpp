@@ -15,6 +15,8 @@ namespace {
 constexpr int kBorderTwips = 2 * 60, kCaptionTwips = 330;
 // The room kept between a grown label and what lies beside or below it, and inside a container.
 constexpr int kGapTwips = 60;
+// The least room beside a label that moves to the left to show its text on its line.
+constexpr int kSideGapTwips = 30;
 
 } // namespace
 
@@ -54,17 +56,36 @@ void FormView::fitLabel(QLabel* l)
     const int gap = px(kGapTwips);
     QRect r = l->geometry();
     const QList<QWidget*> others = besides(l);
-    const QSize line = fm.size(Qt::TextShowMnemonic, text);
+    // Measured as the label lays its text out, which may round up a pixel more than size() does.
+    const QSize line = fm.boundingRect(QRect(0, 0, 100000, 100000), Qt::TextShowMnemonic, text).size();
 
-    // On one line in the designed box, or on one line widened into the free room to its right.
-    int right = l->parentWidget()->width() - gap;
+    // On one line in the designed box, or on one line widened into the free room to its right;
+    // either way its text ends clear of the next control on its line.
+    int right = l->parentWidget()->width() - gap, next = std::numeric_limits<int>::max() / 2;
     for (QWidget* o : others)
         if (o->geometry().top() <= r.bottom() && o->geometry().bottom() >= r.top() && o->x() > r.left())
-            right = std::min(right, o->x() - gap);
-    if (line.height() <= r.height() && line.width() <= std::max(r.width(), right - r.left())) {
+            next = std::min(next, o->x());
+    right = std::min(right, next - gap);
+    const bool clear = r.left() + line.width() + px(kSideGapTwips) <= next;
+    if (line.height() <= r.height() && clear && line.width() <= std::max(r.width(), right - r.left())) {
         l->setWordWrap(false);
         if (line.width() > r.width()) l->resize(line.width(), r.height());
         return;
+    }
+    // Or on its line moved to the left, into room that nothing uses, up to the next control.
+    if (line.height() <= r.height()) {
+        const int side = px(kSideGapTwips);
+        int leftmost = side, rightmost = l->parentWidget()->width() - side;
+        for (QWidget* o : others) {
+            if (o->geometry().top() > r.bottom() || o->geometry().bottom() < r.top()) continue;
+            if (o->x() > r.left()) rightmost = std::min(rightmost, o->x() - side);
+            else leftmost = std::max(leftmost, o->geometry().right() + 1 + side);
+        }
+        if (line.width() <= rightmost - leftmost) {
+            l->setWordWrap(false);
+            l->setGeometry(std::min(r.left(), rightmost - line.width()), r.top(), line.width(), r.height());
+            return;
+        }
     }
 
     // Wrapped in its designed width, as high as its lines need; what lies below that the text
