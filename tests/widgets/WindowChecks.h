@@ -4,6 +4,7 @@
 // to one control, and the Tab key going round what a person can see. The generic binding's
 // windows are checked also for the size pages moved out of sight must not give them.
 #include "FormView.h"
+#include "QtUiHost.h"
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMap>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStyleOptionButton>
@@ -175,6 +177,13 @@ inline void expectSizedByWhatIsInSight(QWidget* window)
 inline void expectWindowWhole(QWidget* window)
 {
     EXPECT_FALSE(window->windowTitle().trimmed().isEmpty()) << nameOf(window) << " has no title";
+    // A message box, sized by its text, still holds its title beside the title bar's buttons.
+    if (qobject_cast<QMessageBox*>(window)) {
+        QFont bold = window->font();
+        bold.setBold(true);
+        EXPECT_GE(window->width(), QFontMetrics(bold).horizontalAdvance(window->windowTitle()) + qt::kTitleBarChrome)
+            << "the window manager would cut off the title \"" << window->windowTitle().toStdString() << "\"";
+    }
     expectNothingClipped(window);
     expectAcceleratorsLeadToOneControlEach(window);
     expectSizedByWhatIsInSight(window);

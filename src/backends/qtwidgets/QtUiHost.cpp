@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QEventLoop>
+#include <QGridLayout>
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QPushButton>
@@ -29,6 +30,20 @@ QMessageBox::Icon iconOf(MessageBoxRequest::Icon icon)
     case MessageBoxRequest::Icon::Critical: return QMessageBox::Critical;
     }
     return QMessageBox::NoIcon;
+}
+
+// A message box is as wide as its text needs, which can leave its title cut off by the window
+// manager ("Anchor D... Required"); it is widened to hold the title with the title bar's icon and
+// buttons beside it.
+void makeRoomForTitle(QMessageBox& box)
+{
+    auto* grid = qobject_cast<QGridLayout*>(box.layout());
+    if (!grid || box.windowTitle().trimmed().isEmpty()) return;
+    QFont bold = box.font();
+    bold.setBold(true);
+    const int width = QFontMetrics(bold).horizontalAdvance(box.windowTitle()) + kTitleBarChrome;
+    grid->addItem(new QSpacerItem(width, 0, QSizePolicy::Minimum, QSizePolicy::Expanding), grid->rowCount(), 0, 1,
+                  grid->columnCount());
 }
 
 Qt::CursorShape cursorOf(int pointer)
@@ -298,6 +313,7 @@ MsgBoxAnswer QtUiHost::messageBox(const MessageBoxRequest& box)
         break;
     }
     mb.setDefaultButton(buttons.front().first);
+    makeRoomForTitle(mb);
     execDialog(mb, UserWait{UserWait::Kind::MsgBox, &mb, nullptr, &box, nullptr, nullptr});
     rethrowAbort();
     MsgBoxAnswer answer = buttons.size() > 1 ? buttons.back().second : buttons.front().second;

@@ -27,6 +27,9 @@ namespace steplets::qt {
 
 class FormView;
 
+// Pixels a window's title bar takes beside its title: the window menu's icon and three buttons.
+constexpr int kTitleBarChrome = 120;
+
 class QtUiHost : public UiHost {
 public:
     // `clock` nullptr: the system clock and real timers.
