@@ -11,11 +11,13 @@
 #include "session/SessionContext.h"
 #include "session/modDLLErrHandler.h"
 #include "HostAbort.h"
+#include "MainWindow.h"
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QStandardPaths>
 #include <QTextStream>
 
 namespace steplets::desktop {
@@ -104,10 +106,15 @@ void DesktopReporter::Report(const QString& version, const QString& description,
 
 QString homeOf(const HostOptions& options) { return QDir::cleanPath(sqlcipher::dataDirectory(options.home)); }
 
+QString configDirectory(const HostOptions& options, const QString& home)
+{
+    return homeChosen(options) ? QDir(home).filePath(QStringLiteral("config"))
+                               : QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+}
+
 std::shared_ptr<ol::Application> wirePorts(const HostOptions& options, const QString& home,
                                            const std::shared_ptr<qt::QtUiHost>& host, bool* reported)
 {
-    const bool chosen = homeChosen(options);
     vdir::VdirConfig config;
     config.root = QDir(home).filePath(QStringLiteral("vdir"));
     config.storeId = options.args.sContactFolderSID.isEmpty() ? QStringLiteral("store") : options.args.sContactFolderSID;
@@ -117,7 +124,7 @@ std::shared_ptr<ol::Application> wirePorts(const HostOptions& options, const QSt
     DateFormats::setCurrent(std::make_shared<LocaleFormats>());
     Ports& ports = process().ports;
     ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
-    ports.settings = std::make_shared<IniSettings>(chosen ? QDir(home).filePath(QStringLiteral("config")) : QString());
+    ports.settings = std::make_shared<IniSettings>(configDirectory(options, home));
     ports.ui = host;
     qt::QtUiHost* raw = host.get();
     ports.errorReporter = [raw, log = logFilePath(options), reported] {
@@ -142,7 +149,8 @@ int runSession(const HostOptions& options, const std::shared_ptr<qt::QtUiHost>& 
         report(f.description(), QString::number(f.number()), f.source(), QStringLiteral("embedded default in ") + home);
         return 1;
     }
-    // The ports, then the host's call.
+    // The ports, the desktop's own part of the main window, then the host's call.
+    dressMainWindow(*host, options, home);
     HostArguments args = options.args;
     args.olApp = wirePorts(options, home, host, &reported);
     args.olNS = args.olApp->GetNamespace(QStringLiteral("MAPI"));

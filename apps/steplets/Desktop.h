@@ -56,6 +56,9 @@ private:
 
 // The directory the session works in: the option, else $STEPLETS_HOME, else the default.
 QString homeOf(const HostOptions& options);
+// Where settings files lie: <home>/config when the data folder was chosen, else the user's
+// configuration folder.
+QString configDirectory(const HostOptions& options, const QString& home);
 
 // Wires every port of the process for `home` and returns the task store's Application.
 // Settings lie in <home>/config when the home was chosen, else in the user's configuration.

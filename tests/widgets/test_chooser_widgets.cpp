@@ -2,13 +2,21 @@
 // real mouse and key events: both modes, the tabs, a new group through the prompt dialog, and
 // the store read back afterwards. The windows are photographed by test_windows.
 #include "Desktop.h"
+#include "MainWindow.h"
 #include "FormView.h"
 #include "FormWidgets.h"
 #include "QtUiHost.h"
 #include "TempDir.h"
+#include "UrlRecorder.h"
 #include "WidgetSupport.h"
 #include "backends/sqlcipher/StoreData.h"
 #include "controls/Controls.h"
+#include "session/modDLLErrHandler.h"
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSettings>
+#include <QUrl>
+#include <QWindow>
 #include <QComboBox>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -140,6 +148,54 @@ TEST_F(ChooserWidgetsTest, ProcessModeWithATimeCardTicksATemplateByKeyboard)
     EXPECT_FALSE(QFile::exists(desktop::logFilePath(options))) << "a failure was reported";
 }
 
+TEST_F(ChooserWidgetsTest, TheMainWindowKeepsItsPlaceBetweenStartsAndItsHelpMenuShowsTheDataFolder)
+{
+    const QPoint movedTo(123, 77);
+    test::UrlRecorder recorder;
+    QString about;
+    test::Driver first;
+    first
+        .then("the chooser", [&] { return top("frmSteplet"); }, [&] {
+            qt::FormView* view = host->viewOf(*top("frmSteplet"));
+            auto* menu = view->findChild<QMenuBar*>();
+            ASSERT_NE(menu, nullptr);
+            EXPECT_EQ(menu->actions().size(), 1);
+            // The user moves the window, then asks who the program is.
+            view->windowHandle()->setFramePosition(movedTo);
+            QTest::qWait(20);
+            view->findChild<QAction*>(QStringLiteral("about"))->trigger();
+        })
+        .then("the About box", [] { return test::shownWindow(QStringLiteral("About")); }, [&] {
+            auto* box = static_cast<QMessageBox*>(test::shownWindow(QStringLiteral("About")));
+            about = box->text() + QLatin1Char('\n') + box->informativeText();
+            QTest::mouseClick(box->findChild<QPushButton*>(QStringLiteral("openDataFolder")), Qt::LeftButton);
+        })
+        .then("the chooser again", [&] { return top("frmSteplet") && !test::shownWindow(QStringLiteral("About")); },
+              [&] { click(*top("frmSteplet"), "CancelButton"); });
+    first.start();
+    EXPECT_EQ(desktop::runSession(options, host), 0);
+    ASSERT_TRUE(first.finished());
+    EXPECT_TRUE(about.contains(modDLLErrHandler::VersionText())) << about.toStdString();
+    EXPECT_TRUE(about.contains(QDir::toNativeSeparators(home.path()))) << about.toStdString();
+    EXPECT_EQ(recorder.opened, QList<QUrl>{QUrl::fromLocalFile(home.path())});
+
+    // The next start: the window where the user left it.
+    host = std::make_shared<qt::QtUiHost>();
+    QPoint shownAt;
+    test::Driver second;
+    second.then("the chooser", [&] { return top("frmSteplet"); }, [&] {
+        shownAt = host->viewOf(*top("frmSteplet"))->pos();
+        click(*top("frmSteplet"), "CancelButton");
+    });
+    second.start();
+    EXPECT_EQ(desktop::runSession(options, host), 0);
+    EXPECT_EQ(shownAt, movedTo);
+    // In the program's own file: the component's settings know nothing of it.
+    EXPECT_TRUE(QFile::exists(desktop::desktopSettingsFile(options, home.path())));
+    QSettings component(home.file(QStringLiteral("config/Brackenfell Software/Ordivane for Office.ini")), QSettings::IniFormat);
+    for (const QString& key : component.allKeys()) EXPECT_FALSE(key.contains(QStringLiteral("eometry"))) << key.toStdString();
+}
+
 TEST_F(ChooserWidgetsTest, TheCloseBoxEndsTheSession)
 {
     test::Driver driver;
@@ -150,3 +206,4 @@ TEST_F(ChooserWidgetsTest, TheCloseBoxEndsTheSession)
 }
 
 } // namespace
+

@@ -15,6 +15,7 @@
 #include <vector>
 
 class QLabel;
+class QMenuBar;
 class QTableWidget;
 class QToolBar;
 
@@ -42,6 +43,9 @@ public:
     void present(QWidget* below);
     // Copies every pending change of the models onto the widgets, then the focus.
     void flush();
+    // A menu bar of the host's own along the window's top, above the form's controls, which
+    // move down by its height (made on first use). The form knows nothing of it.
+    QMenuBar* menuBar();
 
     // FormObserver
     void controlChanged(Control& control) override;
@@ -88,6 +92,7 @@ private:
     void syncFocus();
     void scheduleFlush();
     int px(int twips) const;
+    int menuHeight() const;
 
     Form* m_form;
     QtUiHost& m_host;
@@ -99,6 +104,7 @@ private:
     bool m_formDirty = true;
     bool m_flushScheduled = false;
     bool m_syncing = false;
+    QMenuBar* m_menuBar = nullptr;
     // Where the window was when it was last hidden: it comes back there.
     std::optional<QPoint> m_lastPlace;
 };

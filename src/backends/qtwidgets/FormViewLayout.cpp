@@ -4,6 +4,7 @@
 #include "FormView.h"
 #include "controls/Controls.h"
 #include <QLabel>
+#include <QMenuBar>
 #include <algorithm>
 #include <limits>
 
@@ -22,8 +23,25 @@ constexpr int kSideGapTwips = 30;
 
 void FormView::placeDesigned(Control& c, QWidget* w)
 {
-    if (c.Width() > 0 || c.Height() > 0) w->setGeometry(px(c.Left()), px(c.Top()), px(c.Width()), px(c.Height()));
-    else w->move(px(c.Left()), px(c.Top()));
+    // The form's own controls lie below the host's menu bar, if there is one.
+    const int top = px(c.Top()) + (w->parentWidget() == this ? menuHeight() : 0);
+    if (c.Width() > 0 || c.Height() > 0) w->setGeometry(px(c.Left()), top, px(c.Width()), px(c.Height()));
+    else w->move(px(c.Left()), top);
+}
+
+int FormView::menuHeight() const { return m_menuBar ? m_menuBar->sizeHint().height() : 0; }
+
+QMenuBar* FormView::menuBar()
+{
+    if (!m_menuBar) {
+        m_menuBar = new QMenuBar(this);
+        m_menuBar->setNativeMenuBar(false);
+        m_menuBar->setObjectName(QStringLiteral("hostMenu"));
+        if (m_form) m_dirty.unite(QSet<Control*>(m_form->controls().begin(), m_form->controls().end()));
+        m_formDirty = true;
+        scheduleFlush();
+    }
+    return m_menuBar;
 }
 
 void FormView::layoutControls()
@@ -133,7 +151,7 @@ void FormView::fitContents()
     // The client area is the designed one, grown where a visible control would be cut off: a
     // caption bar or border thicker than the design's, or a label grown for its text, must not
     // hide the window's buttons.
-    int width = px(m_form->Width() - kBorderTwips), height = px(m_form->Height() - kBorderTwips - kCaptionTwips);
+    int width = px(m_form->Width() - kBorderTwips), height = px(m_form->Height() - kBorderTwips - kCaptionTwips) + menuHeight();
     for (Control* c : m_form->controls()) {
         QWidget* w = widgetOf(*c);
         if (!w || c->Container() || !c->Visible() || c->Left() < 0 || c->Top() < 0) continue;
@@ -141,6 +159,7 @@ void FormView::fitContents()
         height = std::max(height, w->geometry().bottom() + 1 + px(kGapTwips));
     }
     if (width > 0 && height > 0) setFixedSize(width, height);
+    if (m_menuBar) m_menuBar->setGeometry(0, 0, this->width(), menuHeight());
 }
 
 } // namespace steplets::qt

@@ -83,6 +83,8 @@ void QtUiHost::setHelp(const QStringList& installedFolders, std::function<void(c
     if (QCoreApplication* app = QCoreApplication::instance()) app->installEventFilter(m_helpKey.get());
 }
 
+bool QtUiHost::openHelp() { return static_cast<HelpKey*>(m_helpKey.get())->open(); }
+
 FormView* QtUiHost::viewOf(const Form& form) const { return m_views.value(&form); }
 
 QWidget* QtUiHost::activeWindow() const
@@ -180,6 +182,10 @@ void QtUiHost::showModal(Form& form)
     };
     {
         Pop pop{this, &form};
+        if (m_stack.size() == 1 && m_mainWindowHook && m_mainWindow != view) {
+            m_mainWindow = view;
+            m_mainWindowHook(*view);
+        }
         view->present(below);
         // 2. Activate, then the focus settles on the widgets.
         if (m_driver) m_driver->formShown(form);

@@ -39,6 +39,12 @@ public:
     // F1 in any window opens the help page that stands for the help file (HelpKey.h), looked for
     // also in `installedFolders`; `log` takes the line written when there is none.
     void setHelp(const QStringList& installedFolders, std::function<void(const QString&)> log);
+    // Opens that page as F1 does; false (and the line in the log) when there is none.
+    bool openHelp();
+    // What the desktop program adds to the session's main window, the first form shown modally
+    // (its own menu, its remembered place): called once for that window's view, before it is
+    // first shown. The form and its snapshots know nothing of it.
+    void setMainWindowHook(std::function<void(FormView&)> hook) { m_mainWindowHook = std::move(hook); }
 
     // A driver plays the user (nullptr: a person does). With a driver, an act the window refuses
     // cannot be played and ends the session instead of beeping.
@@ -118,6 +124,8 @@ private:
     bool m_burialScheduled = false;
     int m_mousePointer = 0;
     QString m_helpFile;
+    std::function<void(FormView&)> m_mainWindowHook;
+    QPointer<FormView> m_mainWindow;
 };
 
 } // namespace steplets::qt
