@@ -1,7 +1,7 @@
 // Every window of the program as a user meets it, on the offscreen platform: each is reached by
 // a script played on the desktop program's own session (real input on the widgets, a virtual
 // clock), then checked (WindowChecks.h) and photographed where it waits. CTest runs this at 100 %
-// and at 200 % scale. With STEPLETS_DOCS_DIR set, the pictures for the README are written there.
+// and at 200 % scale. With STEPLETS_DOCS_DIR set, the pictures the README shows are written there.
 // A new window is one more row of the table.
 #include "Desktop.h"
 #include "EventLog.h"
@@ -16,7 +16,9 @@
 #include "backends/vdir/DemoContacts.h"
 #include "dialogs/frmPrompt.h"
 #include "session/SessionContext.h"
+#include <QFile>
 #include <QJsonDocument>
+#include <QRegularExpression>
 
 using namespace steplets;
 
@@ -168,6 +170,25 @@ TEST_P(WindowsTest, IsWholeOnTheScreenAndPhotographed)
 
 INSTANTIATE_TEST_SUITE_P(Sights, WindowsTest, ::testing::ValuesIn(kSights),
                          [](const auto& info) { return QString::fromLatin1(info.param.shot).replace(QLatin1Char('-'), QLatin1Char('_')).toStdString(); });
+
+// The README shows the pictures this test writes: each docs/*.png it names is there, and each
+// picture written for it is named.
+TEST(ReadmePictures, AreThereAndShown)
+{
+    QFile readme(QStringLiteral(STEPLETS_SOURCE_DIR "/README.md"));
+    ASSERT_TRUE(readme.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QString text = QString::fromUtf8(readme.readAll());
+    QStringList named;
+    static const QRegularExpression picture(QStringLiteral(R"(docs/[\w.-]+\.png)"));
+    for (auto it = picture.globalMatch(text); it.hasNext();) named << it.next().captured();
+    EXPECT_FALSE(named.isEmpty());
+    for (const QString& name : named)
+        EXPECT_TRUE(QFile::exists(QStringLiteral(STEPLETS_SOURCE_DIR "/") + name)) << name.toStdString() << " is not there";
+    for (const Sight& sight : kSights)
+        if (sight.forDocs) {
+            EXPECT_TRUE(named.contains(QStringLiteral("docs/%1.png").arg(QLatin1String(sight.shot)))) << sight.shot;
+        }
+}
 
 // The help page of a new template (the prompt's mode 4) opens only on the way to a new template.
 TEST(WindowsHelpPage, IsWholeOnTheScreenAndPhotographed)
