@@ -10,7 +10,7 @@ build="${STEPLETS_BUILD_DIR:-$here/build}"
 jobs=$(nproc 2>/dev/null || echo 2)
 
 packages=(cmake ninja-build g++ pkg-config qt6-base-dev libgl-dev libsqlcipher-dev sqlcipher libical-dev
-          libgtest-dev libgmock-dev todoman python3-icalendar xvfb xauth)
+          libgtest-dev libgmock-dev todoman python3-icalendar xvfb xauth fonts-dejavu-core)
 
 install_missing() {
   local missing=()

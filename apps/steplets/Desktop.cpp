@@ -11,11 +11,13 @@
 #include "session/SessionContext.h"
 #include "session/modDLLErrHandler.h"
 #include "HostAbort.h"
+#include "MainWindow.h"
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QStandardPaths>
 #include <QTextStream>
 
 namespace steplets::desktop {
@@ -63,20 +65,57 @@ bool ensureEmbeddedDefault(const QString& home)
     return true;
 }
 
+namespace {
+
+// The parts of the program a user can mend by hand, by the source their failures carry.
+enum class Part { Databases, TaskStore, Settings, Other };
+
+Part partOf(const QString& source)
+{
+    if (source == QLatin1String("Microsoft JET Database Engine")) return Part::Databases;
+    if (source == QLatin1String("Steplets task store")) return Part::TaskStore;
+    if (source == QLatin1String("Settings")) return Part::Settings;
+    return Part::Other;
+}
+
+} // namespace
+
 FailureMessage failureMessage(const QString& version, const QString& description, const QString& number,
-                              const QString& source, const QString& location, const QString& logFile)
+                              const QString& source, const QString& location, const QString& logFile, const QString& home)
 {
     FailureMessage m;
-    // The stores and the settings describe their failures as sentences that say what to do; a
-    // bare run-time text ("Overflow") is put into one.
+    // The stores and the settings describe their failures as sentences naming the file; a bare
+    // run-time text ("Overflow") is put into one.
     const QString said = description.trimmed();
     const bool sentence = said.contains(QLatin1Char(' ')) && (said.endsWith(QLatin1Char('.')) || said.endsWith(QLatin1Char('!')));
-    m.what = sentence ? said
-                      : QStringLiteral("Steplets stopped what it was doing because of an unexpected problem (%1).")
-                            .arg(said.isEmpty() ? QStringLiteral("failure ") + number : said);
-    m.advice = QStringLiteral("Close this message and carry on or start Steplets again: what was saved before stays "
-                              "saved. If it happens again, send the details, also kept in %1, to your support.")
-                   .arg(QDir::toNativeSeparators(logFile));
+    const Part part = partOf(source);
+    if (part != Part::Other && !said.isEmpty()) m.what = sentence ? said : said + QLatin1Char('.');
+    else m.what = sentence ? said
+                           : QStringLiteral("Steplets stopped what it was doing because of an unexpected problem (%1).")
+                                 .arg(said.isEmpty() ? QStringLiteral("failure ") + number : said);
+    const QString folder = home.isEmpty() ? QStringLiteral("its data folder") : QDir::toNativeSeparators(home);
+    switch (part) {
+    case Part::Databases:
+        m.advice = QStringLiteral("Steplets keeps its two databases, OVLocal.db and OVLink.db, in %1. Put a missing or "
+                                  "damaged file back from a backup; or move both files out of that folder and start "
+                                  "Steplets again, which then begins with new demonstration data.").arg(folder);
+        break;
+    case Part::TaskStore:
+        m.advice = QStringLiteral("Your tasks and contacts are files in the folder %1. Make sure that it and its task "
+                                  "and contact folders exist and that you may write to them, then try again.")
+                       .arg(QDir::toNativeSeparators(QDir(home).filePath(QStringLiteral("vdir"))));
+        break;
+    case Part::Settings:
+        m.advice = QStringLiteral("Your options are kept in the settings file named above. Make sure it is a file you "
+                                  "may change, not a folder, or move it away to start again with the default options; "
+                                  "then start Steplets again.");
+        break;
+    case Part::Other:
+        m.advice = QStringLiteral("Close this message and carry on or start Steplets again: what was saved before stays saved.");
+        break;
+    }
+    m.advice += QStringLiteral(" If it happens again, send the details, also kept in %1, to your support.")
+                    .arg(QDir::toNativeSeparators(logFile));
     m.details = QStringLiteral("Failure %1 in %2, Steplets %3\nDescription: %4\nWhere:%5")
                     .arg(number, source, version, description, location);
     return m;
@@ -89,7 +128,7 @@ void DesktopReporter::Report(const QString& version, const QString& description,
     // The log first: the report survives whatever the message box meets.
     appendToLog(m_logFile, QStringLiteral("version %1  failure %2  %3  source %4  at %5")
                                .arg(version, number, description, source, QString(location).replace(QLatin1String("\r\n"), QLatin1String(" | "))));
-    const FailureMessage m = failureMessage(version, description, number, source, location, m_logFile);
+    const FailureMessage m = failureMessage(version, description, number, source, location, m_logFile, m_home);
     if (m_host.driven()) {
         // A played session has nobody to read a box: the player's output says it instead.
         QTextStream(stderr) << "steplets: " << m.what << "\n";
@@ -104,10 +143,15 @@ void DesktopReporter::Report(const QString& version, const QString& description,
 
 QString homeOf(const HostOptions& options) { return QDir::cleanPath(sqlcipher::dataDirectory(options.home)); }
 
+QString configDirectory(const HostOptions& options, const QString& home)
+{
+    return homeChosen(options) ? QDir(home).filePath(QStringLiteral("config"))
+                               : QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+}
+
 std::shared_ptr<ol::Application> wirePorts(const HostOptions& options, const QString& home,
                                            const std::shared_ptr<qt::QtUiHost>& host, bool* reported)
 {
-    const bool chosen = homeChosen(options);
     vdir::VdirConfig config;
     config.root = QDir(home).filePath(QStringLiteral("vdir"));
     config.storeId = options.args.sContactFolderSID.isEmpty() ? QStringLiteral("store") : options.args.sContactFolderSID;
@@ -117,11 +161,11 @@ std::shared_ptr<ol::Application> wirePorts(const HostOptions& options, const QSt
     DateFormats::setCurrent(std::make_shared<LocaleFormats>());
     Ports& ports = process().ports;
     ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
-    ports.settings = std::make_shared<IniSettings>(chosen ? QDir(home).filePath(QStringLiteral("config")) : QString());
+    ports.settings = std::make_shared<IniSettings>(configDirectory(options, home));
     ports.ui = host;
     qt::QtUiHost* raw = host.get();
-    ports.errorReporter = [raw, log = logFilePath(options), reported] {
-        return std::make_unique<DesktopReporter>(*raw, log, reported);
+    ports.errorReporter = [raw, log = logFilePath(options), reported, home] {
+        return std::make_unique<DesktopReporter>(*raw, log, reported, home);
     };
     ports.componentDirectory = home;
     return vdir::openVdirStore(config, host);
@@ -132,7 +176,7 @@ int runSession(const HostOptions& options, const std::shared_ptr<qt::QtUiHost>& 
     bool reported = false;
     const QString log = logFilePath(options);
     auto report = [&](const QString& description, const QString& number, const QString& source, const QString& where) {
-        DesktopReporter(*host, log, &reported).Report(modDLLErrHandler::VersionText(), description, number, source, where);
+        DesktopReporter(*host, log, &reported, homeOf(options)).Report(modDLLErrHandler::VersionText(), description, number, source, where);
     };
     // The directory, with the embedded default on first start.
     const QString home = homeOf(options);
@@ -142,7 +186,8 @@ int runSession(const HostOptions& options, const std::shared_ptr<qt::QtUiHost>& 
         report(f.description(), QString::number(f.number()), f.source(), QStringLiteral("embedded default in ") + home);
         return 1;
     }
-    // The ports, then the host's call.
+    // The ports, the desktop's own part of the main window, then the host's call.
+    dressMainWindow(*host, options, home);
     HostArguments args = options.args;
     args.olApp = wirePorts(options, home, host, &reported);
     args.olNS = args.olApp->GetNamespace(QStringLiteral("MAPI"));

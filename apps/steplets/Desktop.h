@@ -35,16 +35,19 @@ struct FailureMessage {
     QString advice;
     QString details;
 };
+// What to do is said for the parts a user can mend (the databases, the task store, the settings
+// file), naming where they lie under `home`, the data folder.
 FailureMessage failureMessage(const QString& version, const QString& description, const QString& number,
-                              const QString& source, const QString& location, const QString& logFile);
+                              const QString& source, const QString& location, const QString& logFile,
+                              const QString& home = {});
 
 // Shows each report to the user in plain words, with the details behind a button, and appends
 // the whole report, with the time, to the log file. `reported` is set, so the program can end
 // with status 1.
 class DesktopReporter : public ErrorReporter {
 public:
-    DesktopReporter(qt::QtUiHost& host, QString logFile, bool* reported = nullptr)
-        : m_host(host), m_logFile(std::move(logFile)), m_reported(reported) {}
+    DesktopReporter(qt::QtUiHost& host, QString logFile, bool* reported = nullptr, QString home = {})
+        : m_host(host), m_logFile(std::move(logFile)), m_reported(reported), m_home(std::move(home)) {}
     void Report(const QString& version, const QString& description, const QString& number, const QString& source,
                 const QString& location) override;
 
@@ -52,10 +55,14 @@ private:
     qt::QtUiHost& m_host;
     QString m_logFile;
     bool* m_reported;
+    QString m_home;
 };
 
 // The directory the session works in: the option, else $STEPLETS_HOME, else the default.
 QString homeOf(const HostOptions& options);
+// Where settings files lie: <home>/config when the data folder was chosen, else the user's
+// configuration folder.
+QString configDirectory(const HostOptions& options, const QString& home);
 
 // Wires every port of the process for `home` and returns the task store's Application.
 // Settings lie in <home>/config when the home was chosen, else in the user's configuration.

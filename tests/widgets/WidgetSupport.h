@@ -39,15 +39,18 @@ inline QWidget* shownWindow(const QString& objectName)
 }
 
 // A grab of `w` into the build directory's artifacts (and, for the README's pictures, into the
-// folder named by STEPLETS_DOCS_DIR when it is set).
+// folder named by STEPLETS_DOCS_DIR when it is set). A grab at a scale other than 100 % is an
+// artifact only, named with its scale ("name@2x").
 inline void saveScreenshot(QWidget* w, const QString& name, bool forDocs = false)
 {
     ASSERT_NE(w, nullptr) << "no window to photograph for " << name.toStdString();
     const QPixmap shot = w->grab();
+    const qreal scale = shot.devicePixelRatio();
+    const QString file = scale == 1.0 ? name : QStringLiteral("%1@%2x").arg(name).arg(scale);
     QDir().mkpath(QStringLiteral(STEPLETS_WIDGET_ARTIFACTS));
-    EXPECT_TRUE(shot.save(QDir(QStringLiteral(STEPLETS_WIDGET_ARTIFACTS)).filePath(name + QStringLiteral(".png"))));
+    EXPECT_TRUE(shot.save(QDir(QStringLiteral(STEPLETS_WIDGET_ARTIFACTS)).filePath(file + QStringLiteral(".png"))));
     const QString docs = qEnvironmentVariable("STEPLETS_DOCS_DIR");
-    if (forDocs && !docs.isEmpty()) {
+    if (forDocs && !docs.isEmpty() && scale == 1.0) {
         EXPECT_TRUE(shot.save(QDir(docs).filePath(name + QStringLiteral(".png"))));
     }
 }

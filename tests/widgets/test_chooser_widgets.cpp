@@ -1,15 +1,22 @@
 // The chooser as the desktop program opens it, on the embedded default in a temporary home, with
 // real mouse and key events: both modes, the tabs, a new group through the prompt dialog, and
-// the store read back afterwards. Each window is photographed into the build directory; with
-// STEPLETS_DOCS_DIR set, the chooser in each mode is also written there for the README.
+// the store read back afterwards. The windows are photographed by test_windows.
 #include "Desktop.h"
+#include "MainWindow.h"
 #include "FormView.h"
 #include "FormWidgets.h"
 #include "QtUiHost.h"
 #include "TempDir.h"
+#include "UrlRecorder.h"
 #include "WidgetSupport.h"
 #include "backends/sqlcipher/StoreData.h"
 #include "controls/Controls.h"
+#include "session/modDLLErrHandler.h"
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSettings>
+#include <QUrl>
+#include <QWindow>
 #include <QComboBox>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -73,19 +80,16 @@ TEST_F(ChooserWidgetsTest, ManageModeTabsAndANewGroupThroughThePromptDialog)
         .then("the chooser", [&] { return top("frmSteplet"); }, [&] {
             Form& f = *top("frmSteplet");
             EXPECT_EQ(host->viewOf(f)->windowTitle(), f.Caption());
-            test::saveScreenshot(host->viewOf(f), QStringLiteral("chooser-manage"), true);
             // 1. Without a time card there is no contact area.
             EXPECT_FALSE(widget(f, "TabStrip1")->isVisible());
             // 2. The group page, then Add, which opens the prompt and waits there.
             clickTab(f, "TabStrip2", 2);
             EXPECT_EQ(model<TabStrip>(f, "TabStrip2").SelectedTab(), 2);
             EXPECT_TRUE(widget(f, "cboGroup")->isVisible());
-            test::saveScreenshot(host->viewOf(f), QStringLiteral("chooser-manage-groups"));
             click(f, "cmdAdd");
         })
         .then("the prompt for the group's name", [&] { return top("frmPrompt"); }, [&] {
             Form& p = *top("frmPrompt");
-            test::saveScreenshot(host->viewOf(p), QStringLiteral("prompt-new-group"));
             click(p, "txtUserInput");
             QTest::keyClicks(widget(p, "txtUserInput"), name);
             EXPECT_EQ(model<TextBox>(p, "txtUserInput").Text(), name);
@@ -96,7 +100,6 @@ TEST_F(ChooserWidgetsTest, ManageModeTabsAndANewGroupThroughThePromptDialog)
                   Form& f = *top("frmSteplet");
                   QTest::qWait(20);   // the widgets follow once the handler has returned
                   EXPECT_EQ(widget<QComboBox>(f, "cboGroup")->currentText(), name);
-                  test::saveScreenshot(host->viewOf(f), QStringLiteral("chooser-new-group"));
                   click(f, "CancelButton");
               });
     driver.start();
@@ -123,7 +126,6 @@ TEST_F(ChooserWidgetsTest, ProcessModeWithATimeCardTicksATemplateByKeyboard)
         clickTab(f, "TabStrip1", 2);
         EXPECT_EQ(model<TabStrip>(f, "TabStrip1").SelectedTab(), 2);
         EXPECT_TRUE(widget(f, "chkContactOption1")->isVisible());
-        test::saveScreenshot(host->viewOf(f), QStringLiteral("chooser-process-contact-options"));
         clickTab(f, "TabStrip1", 1);
         EXPECT_EQ(model<TabStrip>(f, "TabStrip1").SelectedTab(), 1);
         // 2. The templates, and a tick by mouse and space bar.
@@ -135,10 +137,8 @@ TEST_F(ChooserWidgetsTest, ProcessModeWithATimeCardTicksATemplateByKeyboard)
         QTest::keyClick(list, Qt::Key_Space);
         ticked = model<ListBox>(f, "lbTaskTemplates").Selected(0);
         QTest::qWait(20);
-        test::saveScreenshot(host->viewOf(f), QStringLiteral("chooser-process"), true);
         clickTab(f, "TabStrip2", 2);
         EXPECT_EQ(model<TabStrip>(f, "TabStrip2").SelectedTab(), 2);
-        test::saveScreenshot(host->viewOf(f), QStringLiteral("chooser-process-groups"));
         click(f, "CancelButton");
     });
     driver.start();
@@ -146,6 +146,54 @@ TEST_F(ChooserWidgetsTest, ProcessModeWithATimeCardTicksATemplateByKeyboard)
     ASSERT_TRUE(driver.finished());
     EXPECT_TRUE(ticked);
     EXPECT_FALSE(QFile::exists(desktop::logFilePath(options))) << "a failure was reported";
+}
+
+TEST_F(ChooserWidgetsTest, TheMainWindowKeepsItsPlaceBetweenStartsAndItsHelpMenuShowsTheDataFolder)
+{
+    const QPoint movedTo(123, 77);
+    test::UrlRecorder recorder;
+    QString about;
+    test::Driver first;
+    first
+        .then("the chooser", [&] { return top("frmSteplet"); }, [&] {
+            qt::FormView* view = host->viewOf(*top("frmSteplet"));
+            auto* menu = view->findChild<QMenuBar*>();
+            ASSERT_NE(menu, nullptr);
+            EXPECT_EQ(menu->actions().size(), 1);
+            // The user moves the window, then asks who the program is.
+            view->windowHandle()->setFramePosition(movedTo);
+            QTest::qWait(20);
+            view->findChild<QAction*>(QStringLiteral("about"))->trigger();
+        })
+        .then("the About box", [] { return test::shownWindow(QStringLiteral("About")); }, [&] {
+            auto* box = static_cast<QMessageBox*>(test::shownWindow(QStringLiteral("About")));
+            about = box->text() + QLatin1Char('\n') + box->informativeText();
+            QTest::mouseClick(box->findChild<QPushButton*>(QStringLiteral("openDataFolder")), Qt::LeftButton);
+        })
+        .then("the chooser again", [&] { return top("frmSteplet") && !test::shownWindow(QStringLiteral("About")); },
+              [&] { click(*top("frmSteplet"), "CancelButton"); });
+    first.start();
+    EXPECT_EQ(desktop::runSession(options, host), 0);
+    ASSERT_TRUE(first.finished());
+    EXPECT_TRUE(about.contains(modDLLErrHandler::VersionText())) << about.toStdString();
+    EXPECT_TRUE(about.contains(QDir::toNativeSeparators(home.path()))) << about.toStdString();
+    EXPECT_EQ(recorder.opened, QList<QUrl>{QUrl::fromLocalFile(home.path())});
+
+    // The next start: the window where the user left it.
+    host = std::make_shared<qt::QtUiHost>();
+    QPoint shownAt;
+    test::Driver second;
+    second.then("the chooser", [&] { return top("frmSteplet"); }, [&] {
+        shownAt = host->viewOf(*top("frmSteplet"))->pos();
+        click(*top("frmSteplet"), "CancelButton");
+    });
+    second.start();
+    EXPECT_EQ(desktop::runSession(options, host), 0);
+    EXPECT_EQ(shownAt, movedTo);
+    // In the program's own file: the component's settings know nothing of it.
+    EXPECT_TRUE(QFile::exists(desktop::desktopSettingsFile(options, home.path())));
+    QSettings component(home.file(QStringLiteral("config/Brackenfell Software/Ordivane for Office.ini")), QSettings::IniFormat);
+    for (const QString& key : component.allKeys()) EXPECT_FALSE(key.contains(QStringLiteral("eometry"))) << key.toStdString();
 }
 
 TEST_F(ChooserWidgetsTest, TheCloseBoxEndsTheSession)
@@ -158,3 +206,4 @@ TEST_F(ChooserWidgetsTest, TheCloseBoxEndsTheSession)
 }
 
 } // namespace
+

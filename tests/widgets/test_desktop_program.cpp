@@ -2,12 +2,14 @@
 // start, and the failure reporter's log file and message box.
 #include "Desktop.h"
 #include "HostOptions.h"
+#include "FormView.h"
 #include "QtUiHost.h"
 #include "TempDir.h"
 #include "WidgetSupport.h"
 #include "backends/sqlcipher/Schema.h"
 #include "backends/sqlcipher/StoreData.h"
 #include "backends/vdir/DemoContacts.h"
+#include "session/modDLLErrHandler.h"
 #include <QAbstractButton>
 #include <QDir>
 #include <QFile>
@@ -159,6 +161,78 @@ TEST(DesktopReporter, TheUserReadsAPlainSentenceAndTheTrailIsBehindDetailsAndInT
     for (const char* part : {"1.0.0", "Division by zero", "11", "Steplets", "frmSteplet: Form_Load:Line 30"})
         EXPECT_TRUE(text.contains(QLatin1String(part))) << part;
     EXPECT_EQ(text.count(QLatin1Char('\n')), 1) << "one line per report";
+}
+
+void spoilFile(const QString& path)
+{
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    f.write("this is no database");
+}
+
+// A part of the data that cannot be used: the user reads which file and what to do about it.
+struct Unusable {
+    const char* name;
+    std::function<void(const QString& home)> spoil;
+    bool chooserFollows;
+    QStringList says;          // in the message or the advice; "%home" stands for the data folder
+};
+
+class UnusableDataTest : public ::testing::TestWithParam<Unusable> {};
+
+TEST_P(UnusableDataTest, TheMessageNamesTheFileAndWhatToDo)
+{
+    test::widgetApp();
+    // Only the first failure of a process is reported; ctest runs each case in a process of its own.
+    if (modDLLErrHandler::FailureCount() > 0) GTEST_SKIP() << "a failure was reported before in this process";
+    const Unusable& c = GetParam();
+    test::TempDir home, state;
+    qputenv("XDG_STATE_HOME", state.path().toUtf8());
+    c.spoil(home.path());
+    HostOptions options = defaultHostOptions();
+    options.home = home.path();
+    auto host = std::make_shared<qt::QtUiHost>();
+    QString said;
+    test::Driver driver;
+    driver.then("the report", [] { return test::shownWindow(QStringLiteral("FailureReport")); }, [&] {
+        auto* box = static_cast<QMessageBox*>(test::shownWindow(QStringLiteral("FailureReport")));
+        said = box->text() + QLatin1Char('\n') + box->informativeText();
+        box->button(QMessageBox::Ok)->click();
+    });
+    if (c.chooserFollows)
+        driver.then("the chooser", [&] { return !host->modalStack().empty() && host->viewOf(*host->modalStack().back()); },
+                    [&] { host->viewOf(*host->modalStack().back())->close(); });
+    driver.start();
+    EXPECT_EQ(runSession(options, host), 1);
+    EXPECT_TRUE(driver.finished());
+    for (QString part : c.says) {
+        part.replace(QStringLiteral("%home"), QDir::toNativeSeparators(home.path()));
+        EXPECT_TRUE(said.contains(part)) << part.toStdString() << " not in: " << said.toStdString();
+    }
+    qunsetenv("XDG_STATE_HOME");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Parts, UnusableDataTest,
+    ::testing::Values(
+        Unusable{"SettingsFileIsAFolder",
+                 [](const QString& home) { QDir().mkpath(home + QStringLiteral("/config/Brackenfell Software/Ordivane for Office.ini")); },
+                 true, {"%home/config/Brackenfell Software/Ordivane for Office.ini", "not a folder", "default options"}},
+        Unusable{"DatabaseIsNoDatabase", [](const QString& home) { spoilFile(home + QStringLiteral("/OVLocal.db")); },
+                 false, {"%home/OVLocal.db", "OVLocal.db and OVLink.db, in %home", "backup", "demonstration data"}},
+        // One database without the other is no first start: nothing is seeded.
+        Unusable{"DatabaseIsMissing", [](const QString& home) { spoilFile(home + QStringLiteral("/OVLink.db")); },
+                 false, {"%home/OVLocal.db", "in %home", "backup"}}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(DesktopReporter, ATaskFolderThatCannotBeUsedIsNamedWithWhatToDo)
+{
+    const FailureMessage m = failureMessage(QStringLiteral("1.0.0"), QStringLiteral("Cannot create the folder \"tasks\" in \"/d/vdir\"."),
+                                            QStringLiteral("75"), QStringLiteral("Steplets task store"), {},
+                                            QStringLiteral("/d/steplets.log"), QStringLiteral("/d"));
+    EXPECT_EQ(m.what, QStringLiteral("Cannot create the folder \"tasks\" in \"/d/vdir\"."));
+    EXPECT_TRUE(m.advice.contains(QStringLiteral("/d/vdir"))) << m.advice.toStdString();
+    EXPECT_TRUE(m.advice.contains(QStringLiteral("write"))) << m.advice.toStdString();
 }
 
 TEST(DesktopReporter, TheLogLiesInTheChosenDataFolderElseInTheStateDirectory)

@@ -5,6 +5,7 @@
 #include "FormWidgets.h"
 #include "QtUiHost.h"
 #include "WidgetSupport.h"
+#include "WindowChecks.h"
 #include "controls/Controls.h"
 #include "dialogs/frmPrompt.h"
 #include "session/SessionContext.h"
@@ -33,27 +34,6 @@ protected:
     FormView* view(Form& f) const { return host.viewOf(f); }
     bool shown(Form& f) const { return view(f) && view(f)->isVisible(); }
 
-    // Every label the window shows holds its whole text, and lies clear of the other controls
-    // beside it: a text running under a button is as lost as a clipped one.
-    static void expectLabelsFit(QWidget* window)
-    {
-        for (QLabel* l : window->findChildren<QLabel*>()) {
-            if (!l->isVisibleTo(window) || l->text().isEmpty() || !dynamic_cast<FormView*>(l->window()))
-                continue;
-            if (l->objectName().isEmpty()) continue;   // a part of a composite widget, not a control
-            const QFontMetrics fm(l->font());
-            const int flags = Qt::TextShowMnemonic | (l->wordWrap() ? Qt::TextWordWrap : 0);
-            const QRect need = fm.boundingRect(QRect(0, 0, l->width(), 10000), flags, l->text());
-            EXPECT_LE(need.width(), l->width()) << l->objectName().toStdString() << ": " << l->text().toStdString();
-            EXPECT_LE(need.height(), l->height()) << l->objectName().toStdString() << ": " << l->text().toStdString();
-            for (QWidget* other : l->parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
-                if (other == l || !other->isVisibleTo(window) || other->objectName().isEmpty()) continue;
-                EXPECT_FALSE(l->geometry().intersects(other->geometry()))
-                    << l->objectName().toStdString() << " runs into " << other->objectName().toStdString();
-            }
-        }
-    }
-
     qt::QtUiHost host;
 };
 
@@ -66,7 +46,7 @@ TEST_F(FormRenderingTest, TheAnchorDateCalendarShowsWholeWeeksAndTakesAPickedDay
     Driver driver;
     driver.then("the prompt with a date and a text", [&] { return shown(prompt); }, [&] {
         auto* box = static_cast<qt::CalendarBox*>(view(prompt)->widgetOf(prompt.ActiveCalendar1));
-        expectLabelsFit(view(prompt));
+        test::expectNothingClipped(view(prompt));
         test::saveScreenshot(view(prompt), QStringLiteral("prompt-anchor-date"));
         // The user clicks where the calendar is drawn; the month grid must then be there whole.
         QTest::mouseClick(box, Qt::LeftButton);
@@ -90,6 +70,15 @@ TEST_F(FormRenderingTest, TheAnchorDateCalendarShowsWholeWeeksAndTakesAPickedDay
         QTest::qWait(20);
         EXPECT_FALSE(cal->isVisible() && cal->window() != view(prompt)) << "the drop-down stays open";
         test::saveScreenshot(view(prompt), QStringLiteral("prompt-anchor-date-picked"));
+        // By keys: F4 drops the grid down on the day picked, Right moves on a day, Enter takes it.
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_F4);
+        ASSERT_TRUE(cal->isVisible());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QTest::qWait(20);
+        EXPECT_FALSE(cal->isVisible()) << "Enter leaves the drop-down open";
+        picked = picked.addDays(1);
         QTest::mouseClick(view(prompt)->widgetOf(prompt.OKButton), Qt::LeftButton);
     });
     driver.start();
@@ -107,7 +96,7 @@ TEST_F(FormRenderingTest, TheCommonInputQuestionShowsEveryLineClearOfItsButtons)
     frmPrompt prompt(host);
     Driver driver;
     driver.then("the question", [&] { return shown(prompt); }, [&] {
-        expectLabelsFit(view(prompt));
+        test::expectNothingClipped(view(prompt));
         // The last paragraph ends above the buttons, which stay inside the window.
         QWidget* last = view(prompt)->widgetOf(prompt.Label2[3]);
         QWidget* yes = view(prompt)->widgetOf(prompt.OKButton);

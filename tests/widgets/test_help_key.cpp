@@ -3,6 +3,7 @@
 // missing page writes one line to the log and nothing else happens.
 #include "QtUiHost.h"
 #include "TempDir.h"
+#include "UrlRecorder.h"
 #include "WidgetSupport.h"
 #include <QDesktopServices>
 #include <QFile>
@@ -11,14 +12,6 @@
 #include <QUrl>
 
 namespace {
-
-class UrlRecorder : public QObject {
-    Q_OBJECT
-public:
-    QList<QUrl> opened;
-public slots:
-    void open(const QUrl& url) { opened << url; }
-};
 
 void touch(const QString& path)
 {
@@ -43,8 +36,7 @@ TEST_P(HelpKeyTest, F1OpensThePageOfTheHelpFilesBaseNameOrLogsThatThereIsNone)
     steplets::test::TempDir beside, data;
     if (c.besideHelpFile) touch(beside.file(QStringLiteral("Ordivane.html")));
     if (c.inDataFolder) touch(data.file(QStringLiteral("Ordivane.html")));
-    UrlRecorder recorder;
-    QDesktopServices::setUrlHandler(QStringLiteral("file"), &recorder, "open");
+    steplets::test::UrlRecorder recorder;
     QStringList logged;
 
     steplets::qt::QtUiHost host;
@@ -54,7 +46,6 @@ TEST_P(HelpKeyTest, F1OpensThePageOfTheHelpFilesBaseNameOrLogsThatThereIsNone)
     QLineEdit anyWindow;
     anyWindow.show();
     QTest::keyClick(&anyWindow, Qt::Key_F1);
-    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
 
     const QString folder = QString::fromLatin1(c.expectedFolder);
     if (folder.isEmpty()) {
@@ -76,4 +67,3 @@ INSTANTIATE_TEST_SUITE_P(Places, HelpKeyTest,
 
 } // namespace
 
-#include "test_help_key.moc"

@@ -5,16 +5,24 @@
 #include "QtUiHost.h"
 #include "WidgetSupport.h"
 #include "controls/Controls.h"
+#include "TempDir.h"
+#include "backends/vdir/DemoContacts.h"
+#include "backends/vdir/VdirStore.h"
 #include "runtime/Failure.h"
+#include "session/SessionContext.h"
+#include <QDir>
+#include <QPointer>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
 #include <QToolBar>
+#include <QWindow>
 
 using namespace steplets;
 using steplets::qt::FormView;
@@ -53,6 +61,10 @@ public:
         abTools.Move(4560, 1100, 1200, 435);
         Timer1.setEnabled(false);
 
+        lstItems.Click.connect([this] { ++listClicks; });
+        lstItems.ItemCheck.connect([this](int) { ++itemChecks; });
+        txtName.KeyDown.connect([this](int& key, int) { keysDown << QStringLiteral("txtName %1").arg(key); });
+        cmdClose.KeyDown.connect([this](int& key, int) { keysDown << QStringLiteral("cmdClose %1").arg(key); });
         chkOption.Click.connect([this] { ++checkClicks; });
         txtName.Change.connect([this] { ++textChanges; });
         tabMain.Click.connect([this] { ++tabClicks; });
@@ -72,8 +84,8 @@ public:
     ToolBar abTools{*this, QStringLiteral("abTools")};
     Timer Timer1{*this, QStringLiteral("Timer1")};
 
-    int checkClicks = 0, textChanges = 0, tabClicks = 0, saves = 0, activations = 0;
-    QStringList toolsClicked;
+    int checkClicks = 0, textChanges = 0, tabClicks = 0, saves = 0, activations = 0, listClicks = 0, itemChecks = 0;
+    QStringList toolsClicked, keysDown;
     std::function<void()> onSave, onTick;
     std::function<void(int&)> onQueryUnload;
 
@@ -188,9 +200,11 @@ TEST_F(QtHostTest, TheAmpersandOfACaptionIsItsAcceleratorAndEscapeIsTheCancelBut
         EXPECT_TRUE(QTest::qWaitForWindowActive(view(w)));
         QWidget* focused = view(w)->widgetOf(w.txtName);
         focused->setFocus();
+        // The click comes with the key, not after the button has been shown pressed for a while.
         QTest::keyClick(focused, Qt::Key_S, Qt::AltModifier);
-        QTest::keyClick(focused, Qt::Key_R, Qt::AltModifier);
-        QTest::qWait(300);   // an accelerator presses its button for a moment before the click
+        EXPECT_EQ(w.saves, 1);
+        QTest::keyClick(view(w)->widgetOf(w.cmdSave), Qt::Key_R, Qt::AltModifier);
+        EXPECT_EQ(w.chkOption.Value(), CheckBox::Checked);
         QTest::keyClick(view(w)->widgetOf(w.txtName), Qt::Key_Escape);
     });
     driver.start();
@@ -199,6 +213,133 @@ TEST_F(QtHostTest, TheAmpersandOfACaptionIsItsAcceleratorAndEscapeIsTheCancelBut
     EXPECT_EQ(w.chkOption.Value(), CheckBox::Checked);
     EXPECT_FALSE(w.Visible());
     w.Unload();
+}
+
+TEST_F(QtHostTest, AClickOnTheBoxOfAnyRowTicksItWithItemCheckAndOneClick)
+{
+    SampleWindow w(host);
+    for (const char* text : {"first", "second", "third"}) w.lstItems.AddItem(QLatin1String(text));
+    struct Tick { int row; bool ticked; };
+    // No row current, another row current, the current row, and back to another.
+    const Tick ticks[] = {{1, true}, {0, true}, {0, false}, {2, true}};
+    Driver driver;
+    driver.then("the sample window", [&] { return view(w) && view(w)->isVisible(); }, [&] {
+        auto* list = widget<QListWidget>(w, w.lstItems);
+        int n = 0;
+        for (const Tick& t : ticks) {
+            ++n;
+            // As a hand clicks: the pointer moves a pixel while the button is down.
+            const QRect box = qt::checkIndicatorRect(list, list->item(t.row));
+            const QPoint moved = box.center() + QPoint(1, 0);
+            QTest::mousePress(list->viewport(), Qt::LeftButton, {}, box.center());
+            QMouseEvent move(QEvent::MouseMove, moved, list->viewport()->mapToGlobal(moved), Qt::NoButton, Qt::LeftButton, {});
+            QApplication::sendEvent(list->viewport(), &move);
+            QTest::mouseRelease(list->viewport(), Qt::LeftButton, {}, moved);
+            settle();
+            EXPECT_EQ(w.lstItems.Selected(t.row), t.ticked) << "tick " << n;
+            EXPECT_EQ(list->item(t.row)->checkState() == Qt::Checked, t.ticked) << "tick " << n;
+            EXPECT_EQ(w.lstItems.ListIndex(), t.row) << "tick " << n;
+            EXPECT_EQ(w.itemChecks, n) << "tick " << n;
+            EXPECT_EQ(w.listClicks, n) << "tick " << n;
+        }
+        QTest::mouseClick(view(w)->widgetOf(w.cmdClose), Qt::LeftButton);
+    });
+    driver.start();
+    w.Show();
+    ASSERT_TRUE(driver.finished());
+    w.Unload();
+}
+
+TEST_F(QtHostTest, EnterAndEscapeGoToTheDefaultAndCancelButtonsOnlyWhenTheyCanTakeThemElseToKeyDown)
+{
+    struct Case {
+        const char* what;
+        bool withDefault, defaultEnabled, cancelEnabled, onButton;
+        Qt::Key key;
+        int saves;
+        bool closes;
+        QStringList keysDown;
+    };
+    const Case cases[] = {
+        {"Enter without a default button", false, true, true, false, Qt::Key_Return, 0, false, {"txtName 13"}},
+        {"Enter with a default button", true, true, true, false, Qt::Key_Return, 1, false, {}},
+        {"Enter with the default button disabled", true, false, true, false, Qt::Key_Return, 0, false, {"txtName 13"}},
+        {"Enter on a button that is not the default", true, true, true, true, Qt::Key_Return, 0, false, {"cmdClose 13"}},
+        {"Escape with a cancel button", false, true, true, false, Qt::Key_Escape, 0, true, {}},
+        {"Escape with the cancel button disabled", false, true, false, false, Qt::Key_Escape, 0, false, {"txtName 27"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        SampleWindow w(host);
+        w.cmdSave.setDefault(c.withDefault);
+        w.cmdSave.setEnabled(c.defaultEnabled);
+        w.cmdClose.setEnabled(c.cancelEnabled);
+        bool closed = false;
+        Driver driver;
+        driver.then("the sample window", [&] { return view(w) && view(w)->isVisible(); }, [&] {
+            QWidget* target = view(w)->widgetOf(c.onButton ? static_cast<Control&>(w.cmdClose) : w.txtName);
+            target->setFocus();
+            QTest::keyClick(target, c.key);
+            settle();
+            closed = !w.Visible();
+            if (!closed) w.Hide();
+        });
+        driver.start();
+        w.Show();
+        ASSERT_TRUE(driver.finished());
+        EXPECT_EQ(w.saves, c.saves);
+        EXPECT_EQ(closed, c.closes);
+        EXPECT_EQ(w.keysDown, c.keysDown);
+        w.Unload();
+    }
+}
+
+TEST_F(QtHostTest, AWindowStandsWhereItsFormSaysElseOverItsCallerAndComesBackWhereItWas)
+{
+    SampleWindow caller(host, QStringLiteral("frmCaller"));
+    SampleWindow placed(host, QStringLiteral("frmPlaced"));
+    SampleWindow review(host, QStringLiteral("frmReview"));
+    placed.setLeft(2880);
+    placed.setTop(1440);
+    QPoint placedAt, reviewCentre, callerCentre, reviewBack;
+    const QPoint movedTo(40, 50);
+    caller.onSave = [&] {
+        placed.Show();
+        review.Show();
+    };
+    // Hidden and shown again by its own handler, as the processing window is around a review.
+    review.onSave = [&] {
+        review.Hide();
+        review.Show();
+    };
+    Driver driver;
+    driver.then("the caller", [&] { return view(caller) && view(caller)->isVisible(); },
+                [&] { QTest::mouseClick(view(caller)->widgetOf(caller.cmdSave), Qt::LeftButton); })
+        .then("the placed window", [&] { return view(placed) && view(placed)->isVisible(); }, [&] {
+            placedAt = view(placed)->pos();
+            QTest::mouseClick(view(placed)->widgetOf(placed.cmdClose), Qt::LeftButton);
+        })
+        .then("the window over the caller", [&] { return view(review) && view(review)->isVisible(); }, [&] {
+            reviewCentre = view(review)->frameGeometry().center();
+            callerCentre = view(caller)->frameGeometry().center();
+            // The window manager, or the user, moves it; then it goes and comes back.
+            view(review)->windowHandle()->setFramePosition(movedTo);
+            settle();
+            QTest::mouseClick(view(review)->widgetOf(review.cmdSave), Qt::LeftButton);
+        })
+        .then("the window shown again", [&] { return review.modalDepth() == 2 && view(review)->isVisible(); }, [&] {
+            reviewBack = view(review)->pos();
+            review.Hide();
+        })
+        .then("the caller again", [&] { return review.modalDepth() == 0; }, [&] { caller.Hide(); });
+    driver.start();
+    caller.Show();
+    ASSERT_TRUE(driver.finished());
+    EXPECT_NEAR(placedAt.x(), 2 * dpi(), 1);
+    EXPECT_NEAR(placedAt.y(), dpi(), 1);
+    EXPECT_LE((reviewCentre - callerCentre).manhattanLength(), 2);
+    EXPECT_EQ(reviewBack, movedTo);
+    for (Form* f : {static_cast<Form*>(&caller), static_cast<Form*>(&placed), static_cast<Form*>(&review)}) f->Unload();
 }
 
 // --- Modal windows ---
@@ -300,6 +441,70 @@ TEST_F(QtHostTest, MessageBoxesHaveTheButtonsAskedForAndEscapeCancels)
     EXPECT_EQ(seen.size(), 2);
     EXPECT_TRUE(seen.contains(QMessageBox::Ok));
     EXPECT_TRUE(seen.contains(QMessageBox::Cancel));
+}
+
+TEST_F(QtHostTest, ItemsDisplayedWithoutWaitingStayUpBesideTheModalWindowUntilTheSessionEnds)
+{
+    // A real task and contact store that shows its items through this host.
+    test::TempDir dir;
+    QDir().mkpath(dir.file(QStringLiteral("tasks")));
+    vdir::writeDemoContacts(dir.file(QStringLiteral("contacts")));
+    auto shared = std::make_shared<QtUiHost>();
+    vdir::VdirConfig config;
+    config.root = dir.path();
+    auto app = vdir::openVdirStore(config, shared);
+    session().olNS = app->GetNamespace(QStringLiteral("MAPI"));
+    session().sTaskFolderSID = QStringLiteral("store");
+    auto task = session().olNS->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"))->Items().Add();
+    task->set(QStringLiteral("Subject"), QStringLiteral("Call the bank"));
+    task->Save();
+    const QString entryID = task->EntryID();
+    auto contact = ol::asContact(session().olNS->GetItemFromID(vdir::demoUser().entryId, QStringLiteral("store")));
+
+    SampleWindow w(*shared);
+    bool returned = false, modalSeen = false;
+    QPointer<QWidget> taskWindow, contactWindow;
+    w.onSave = [&] {
+        // A window that waited would be closed here after a while, and say so.
+        QTimer::singleShot(2000, shared->viewOf(w), [&] {
+            if (auto* modal = QApplication::activeModalWidget(); modal && modal != shared->viewOf(w)) {
+                modalSeen = true;
+                static_cast<QDialog*>(modal)->done(QDialog::Rejected);
+            }
+        });
+        contact->Display(false);
+        std::exchange(task, nullptr)->Display(false);   // the caller lets go of the task at once
+        returned = true;
+    };
+    Driver driver;
+    driver.then("the window", [&] { return shared->viewOf(w) && shared->viewOf(w)->isVisible(); },
+                [&] { QTest::mouseClick(shared->viewOf(w)->widgetOf(w.cmdSave), Qt::LeftButton); })
+        .then("both item windows beside it", [&] { return test::shownWindow(QStringLiteral("TaskWindow")) && returned; }, [&] {
+            taskWindow = test::shownWindow(QStringLiteral("TaskWindow"));
+            contactWindow = test::shownWindow(QStringLiteral("ContactWindow"));
+            ASSERT_TRUE(contactWindow);
+            EXPECT_FALSE(taskWindow->isModal());
+            EXPECT_FALSE(contactWindow->isModal());
+            // The task window still works on the task the caller let go of.
+            auto* subject = taskWindow->findChild<QLineEdit*>(QStringLiteral("subject"));
+            QTest::keyClick(subject, Qt::Key_A, Qt::ControlModifier);
+            QTest::keyClicks(subject, QStringLiteral("Call the bank on Monday"));
+            QTest::mouseClick(taskWindow->findChild<QPushButton*>(QStringLiteral("saveAndClose")), Qt::LeftButton);
+        })
+        .then("the task window gone, the card still up", [&] { return !taskWindow; }, [&] {
+            EXPECT_TRUE(contactWindow && contactWindow->isVisible());
+            QTest::mouseClick(shared->viewOf(w)->widgetOf(w.cmdClose), Qt::LeftButton);
+        });
+    driver.start();
+    w.Show();
+    ASSERT_TRUE(driver.finished());
+    EXPECT_FALSE(modalSeen);
+    // The session's last modal window has gone, and the card with it.
+    EXPECT_FALSE(contactWindow && contactWindow->isVisible());
+    EXPECT_EQ(ol::asTask(session().olNS->GetItemFromID(entryID, QStringLiteral("store")))->Subject(),
+              QStringLiteral("Call the bank on Monday"));
+    w.Unload();
+    session() = SessionContext();
 }
 
 // --- Timers, yielding, pointer, failures ---

@@ -131,6 +131,7 @@ void QtScriptDriver::drive()
         m_idleYields = 0;
         m_waits.back().since = m_clock.elapsedMs();
         m_host.runUserAct([&] {
+            if (m_beforeStep) m_beforeStep(step);
             try {
                 perform(top, step);
             } catch (const UserActionRefused& refused) {
@@ -208,6 +209,7 @@ void QtScriptDriver::actInYield()
         qt::FormView* view = m_host.viewOf(active);
         m_host.runUserAct([&] {
             if (!view) throw UserActionRefused(QStringLiteral("%1: the window %2 has no view").arg(step.describe(), active.name()));
+            if (m_beforeStep) m_beforeStep(step);
             try {
                 if (auto snap = actOnForm(*view, active, step)) m_log.record(QStringLiteral("snapshot"), *snap);
             } catch (const UserActionRefused& refused) {

@@ -12,6 +12,7 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -20,6 +21,8 @@ namespace steplets::qtplay {
 class QtScriptDriver : public QObject, public qt::UserDriver {
 public:
     QtScriptDriver(scripted::Script& script, scripted::VirtualClock& clock, scripted::EventLog& log, qt::QtUiHost& host);
+    // Told of each step just before it is played, while its window waits for it.
+    void setBeforeStep(std::function<void(const scripted::Step&)> beforeStep) { m_beforeStep = std::move(beforeStep); }
 
     // UserDriver
     void waiting(const qt::UserWait& wait) override;
@@ -61,6 +64,7 @@ private:
     std::optional<qint64> m_waitEnds;   // virtual time at which the current wait step runs out
     QTimer m_watchdog;
     QElapsedTimer m_sinceProgress;      // real time since anything happened
+    std::function<void(const scripted::Step&)> m_beforeStep;
 };
 
 } // namespace steplets::qtplay

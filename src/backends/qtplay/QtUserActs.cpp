@@ -17,7 +17,6 @@
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QStyleOptionButton>
-#include <QStyleOptionViewItem>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTableView>
@@ -144,14 +143,10 @@ void tick(QListWidget* l, const Step& step, const QString& what)
     QListWidgetItem* item = listRow(l, rowOf(textsOf(l), step, what), what);
     if (!(item->flags() & Qt::ItemIsUserCheckable)) refuse(QStringLiteral("%1 has no check boxes").arg(what));
     const bool wanted = step.json.value(QStringLiteral("checked")).toBool();
-    QStyleOptionViewItem opt;
-    opt.initFrom(l->viewport());
-    opt.rect = l->visualItemRect(item);
-    opt.features |= QStyleOptionViewItem::HasCheckIndicator;
-    const QRect box = l->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &opt, l);
+    const QRect box = qt::checkIndicatorRect(l, item);
     // A box already as wanted is left alone; the row is clicked beside it, as a person would.
     const bool toggle = (item->checkState() == Qt::Checked) != wanted;
-    const QPoint at = toggle ? box.center() : QPoint(box.right() + 8, opt.rect.center().y());
+    const QPoint at = toggle ? box.center() : QPoint(box.right() + 8, l->visualItemRect(item).center().y());
     clickAt(l->viewport(), at, what);
     if ((item->checkState() == Qt::Checked) != wanted)
         refuse(QStringLiteral("%1: the click on the box of row %2 did not tick it").arg(what).arg(l->row(item)));
@@ -190,17 +185,9 @@ void typeInto(QWidget* w, const Step& step, const QString& what)
     if (e->hasFocus()) QTest::keyClick(e, Qt::Key_Tab);
 }
 
-// The widget that takes the keyboard for a control's widget.
-QWidget* focusTarget(QWidget* w)
-{
-    if (auto* strip = dynamic_cast<qt::TabStripWidget*>(w)) return strip->tabBar();
-    if (auto* cal = dynamic_cast<qt::CalendarBox*>(w)) return cal->calendar();
-    return w;
-}
-
 void focus(QWidget* w, const QString& what)
 {
-    QWidget* target = focusTarget(w);
+    QWidget* target = qt::keyboardWidget(w);
     requireReachable(target, what);
     if (target->focusPolicy() == Qt::NoFocus) refuse(QStringLiteral("cannot focus %1: it takes no focus").arg(what));
     target->setFocus(Qt::TabFocusReason);
@@ -215,7 +202,7 @@ void key(QWidget* w, const Step& step, const QString& what)
     if (step.json.value(QStringLiteral("shift")).toBool()) mods |= Qt::ShiftModifier;
     if (step.json.value(QStringLiteral("ctrl")).toBool()) mods |= Qt::ControlModifier;
     if (step.json.value(QStringLiteral("alt")).toBool()) mods |= Qt::AltModifier;
-    QTest::keyClick(focusTarget(w), k, mods);
+    QTest::keyClick(qt::keyboardWidget(w), k, mods);
 }
 
 void clickTab(QWidget* w, const Step& step, const QString& what)

@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QAbstractButton>
 #include <QApplication>
 #include <QUrl>
 #include <QGroupBox>
@@ -16,6 +17,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMouseEvent>
+#include <QShortcutEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -64,9 +66,20 @@ void FormView::present(QWidget* below)
         setParent(below, flags);
     }
     flush();
+    // Where the form puts itself, else where it was last seen; a window seen for the first time
+    // is centred over the window below, as a dialog is. A place given before the show also
+    // tells the window manager to leave it there.
+    if (m_form && m_form->placed()) placeWindow();
+    else if (m_lastPlace) move(*m_lastPlace);
     show();
     raise();
     activateWindow();
+}
+
+void FormView::hideEvent(QHideEvent* event)
+{
+    if (!event->spontaneous()) m_lastPlace = pos();
+    QDialog::hideEvent(event);
 }
 
 int FormView::px(int twips) const { return twipsToPixels(twips, m_dpi); }
@@ -166,6 +179,7 @@ QWidget* FormView::create(Control& c, QWidget* parent)
         g->setEditTriggers(QAbstractItemView::NoEditTriggers);
         g->setSelectionBehavior(QAbstractItemView::SelectRows);
         g->setSelectionMode(QAbstractItemView::SingleSelection);
+        g->setTabKeyNavigation(false);   // Tab moves on to the next control, as the designed grid's does
         auto& grid = static_cast<Grid&>(c);
         connect(g, &QTableWidget::cellClicked, this, [this, &grid](int row, int col) {
             act([&] {
@@ -194,6 +208,12 @@ QWidget* FormView::create(Control& c, QWidget* parent)
         auto& cal = static_cast<Calendar&>(c);
         connect(box->calendar(), &QCalendarWidget::clicked, this, [this, &cal](QDate d) {
             act([&] { cal.userPickDate(Date::fromQDate(d)); });
+        });
+        // Enter on a day of the drop-down picks it as a click does; a double click on the grid,
+        // which clicked the day already, picks nothing more.
+        connect(box->calendar(), &QCalendarWidget::activated, this, [this, &cal, box](QDate d) {
+            if (box->isDropDown() || !(cal.Value() == steplets::Value(Date::fromQDate(d))))
+                act([&] { cal.userPickDate(Date::fromQDate(d)); });
         });
         m_controlOf.insert(box->calendar(), &c);
         return box;
@@ -321,6 +341,23 @@ bool FormView::forwardMouse(Control& c, QObject* watched, QEvent* event)
     return false;
 }
 
+bool FormView::routeKey(Control& c, QObject* watched, QKeyEvent* key)
+{
+    // The key is handled once, where the control takes the keyboard, not again as it travels on
+    // to the control's outer widgets.
+    if (watched != keyboardWidget(widgetOf(c))) return false;
+    const int code = keyCodeOf(*key);
+    if (code == 0) return false;
+    // Enter and Escape are the window's, in the model's order: its default or cancel button, else
+    // the control's KeyDown. A drop-down's own window keeps its keys.
+    const bool windowKey = (code == Control::KeyReturn || code == Control::KeyEscape) &&
+                           static_cast<QWidget*>(watched)->window() == this;
+    if (!windowKey && !c.KeyDown.connected()) return false;
+    int left = code;
+    act([&] { left = c.userKey(code, shiftOf(key->modifiers())); });
+    return windowKey || left == 0;
+}
+
 bool FormView::eventFilter(QObject* watched, QEvent* event)
 {
     Control* c = m_controlOf.value(watched);
@@ -329,25 +366,22 @@ bool FormView::eventFilter(QObject* watched, QEvent* event)
     case QEvent::FocusIn:
         if (m_form->ActiveControl() != c && c->canTakeFocus()) act([this, c] { m_form->moveFocus(c); });
         break;
+    case QEvent::Shortcut:
+        // An accelerator clicks at once, where Qt would first show the button pressed for a while.
+        if (auto* b = qobject_cast<QAbstractButton*>(watched); b && !static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
+            if (b->focusPolicy() & Qt::TabFocus) b->setFocus(Qt::ShortcutFocusReason);
+            b->click();
+            return true;
+        }
+        break;
     case QEvent::MouseMove:
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
         forwardMouse(*c, watched, event);
         break;
-    case QEvent::KeyPress: {
-        if (!c->KeyDown.connected()) break;
-        auto* key = static_cast<QKeyEvent*>(event);
-        int code = keyCodeOf(*key);
-        // Enter and Escape go to the default and cancel buttons when the window has them.
-        if ((code == Control::KeyReturn && m_form->defaultButton()) || (code == Control::KeyEscape && m_form->cancelButton()))
-            break;
-        if (code != 0) {
-            const int shift = shiftOf(key->modifiers());
-            act([&] { c->KeyDown(code, shift); });
-            if (code == 0) return true;   // the handler swallowed the key
-        }
+    case QEvent::KeyPress:
+        if (routeKey(*c, watched, static_cast<QKeyEvent*>(event))) return true;
         break;
-    }
     default: break;
     }
     return QDialog::eventFilter(watched, event);

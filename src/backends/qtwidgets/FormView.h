@@ -11,9 +11,11 @@
 #include <QHash>
 #include <QSet>
 #include <functional>
+#include <optional>
 #include <vector>
 
 class QLabel;
+class QMenuBar;
 class QTableWidget;
 class QToolBar;
 
@@ -41,6 +43,9 @@ public:
     void present(QWidget* below);
     // Copies every pending change of the models onto the widgets, then the focus.
     void flush();
+    // A menu bar of the host's own along the window's top, above the form's controls, which
+    // move down by its height (made on first use). The form knows nothing of it.
+    QMenuBar* menuBar();
 
     // FormObserver
     void controlChanged(Control& control) override;
@@ -48,6 +53,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void reject() override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -61,6 +67,7 @@ private:
     QWidget* createToolBar(Control& c, QWidget* parent);
     void bind(Control& c, QWidget* w);
     bool forwardMouse(Control& c, QObject* watched, QEvent* event);
+    bool routeKey(Control& c, QObject* watched, QKeyEvent* key);
     void act(const std::function<void()>& body);
 
     // FormViewSync.cpp: models onto widgets.
@@ -72,6 +79,7 @@ private:
     void fitGridColumns(Grid& grid, QTableWidget* g, const std::vector<int>& need);
     void syncToolBar(Control& c, QWidget* w);
     void syncForm();
+    void placeWindow();
     // FormViewLayout.cpp: where the widgets lie.
     void placeDesigned(Control& c, QWidget* w);
     void layoutControls();
@@ -84,6 +92,7 @@ private:
     void syncFocus();
     void scheduleFlush();
     int px(int twips) const;
+    int menuHeight() const;
 
     Form* m_form;
     QtUiHost& m_host;
@@ -95,6 +104,9 @@ private:
     bool m_formDirty = true;
     bool m_flushScheduled = false;
     bool m_syncing = false;
+    QMenuBar* m_menuBar = nullptr;
+    // Where the window was when it was last hidden: it comes back there.
+    std::optional<QPoint> m_lastPlace;
 };
 
 } // namespace steplets::qt

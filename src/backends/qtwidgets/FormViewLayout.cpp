@@ -4,6 +4,7 @@
 #include "FormView.h"
 #include "controls/Controls.h"
 #include <QLabel>
+#include <QMenuBar>
 #include <algorithm>
 #include <limits>
 
@@ -15,13 +16,32 @@ namespace {
 constexpr int kBorderTwips = 2 * 60, kCaptionTwips = 330;
 // The room kept between a grown label and what lies beside or below it, and inside a container.
 constexpr int kGapTwips = 60;
+// The least room beside a label that moves to the left to show its text on its line.
+constexpr int kSideGapTwips = 30;
 
 } // namespace
 
 void FormView::placeDesigned(Control& c, QWidget* w)
 {
-    if (c.Width() > 0 || c.Height() > 0) w->setGeometry(px(c.Left()), px(c.Top()), px(c.Width()), px(c.Height()));
-    else w->move(px(c.Left()), px(c.Top()));
+    // The form's own controls lie below the host's menu bar, if there is one.
+    const int top = px(c.Top()) + (w->parentWidget() == this ? menuHeight() : 0);
+    if (c.Width() > 0 || c.Height() > 0) w->setGeometry(px(c.Left()), top, px(c.Width()), px(c.Height()));
+    else w->move(px(c.Left()), top);
+}
+
+int FormView::menuHeight() const { return m_menuBar ? m_menuBar->sizeHint().height() : 0; }
+
+QMenuBar* FormView::menuBar()
+{
+    if (!m_menuBar) {
+        m_menuBar = new QMenuBar(this);
+        m_menuBar->setNativeMenuBar(false);
+        m_menuBar->setObjectName(QStringLiteral("hostMenu"));
+        if (m_form) m_dirty.unite(QSet<Control*>(m_form->controls().begin(), m_form->controls().end()));
+        m_formDirty = true;
+        scheduleFlush();
+    }
+    return m_menuBar;
 }
 
 void FormView::layoutControls()
@@ -54,17 +74,36 @@ void FormView::fitLabel(QLabel* l)
     const int gap = px(kGapTwips);
     QRect r = l->geometry();
     const QList<QWidget*> others = besides(l);
-    const QSize line = fm.size(Qt::TextShowMnemonic, text);
+    // Measured as the label lays its text out, which may round up a pixel more than size() does.
+    const QSize line = fm.boundingRect(QRect(0, 0, 100000, 100000), Qt::TextShowMnemonic, text).size();
 
-    // On one line in the designed box, or on one line widened into the free room to its right.
-    int right = l->parentWidget()->width() - gap;
+    // On one line in the designed box, or on one line widened into the free room to its right;
+    // either way its text ends clear of the next control on its line.
+    int right = l->parentWidget()->width() - gap, next = std::numeric_limits<int>::max() / 2;
     for (QWidget* o : others)
         if (o->geometry().top() <= r.bottom() && o->geometry().bottom() >= r.top() && o->x() > r.left())
-            right = std::min(right, o->x() - gap);
-    if (line.height() <= r.height() && line.width() <= std::max(r.width(), right - r.left())) {
+            next = std::min(next, o->x());
+    right = std::min(right, next - gap);
+    const bool clear = r.left() + line.width() + px(kSideGapTwips) <= next;
+    if (line.height() <= r.height() && clear && line.width() <= std::max(r.width(), right - r.left())) {
         l->setWordWrap(false);
         if (line.width() > r.width()) l->resize(line.width(), r.height());
         return;
+    }
+    // Or on its line moved to the left, into room that nothing uses, up to the next control.
+    if (line.height() <= r.height()) {
+        const int side = px(kSideGapTwips);
+        int leftmost = side, rightmost = l->parentWidget()->width() - side;
+        for (QWidget* o : others) {
+            if (o->geometry().top() > r.bottom() || o->geometry().bottom() < r.top()) continue;
+            if (o->x() > r.left()) rightmost = std::min(rightmost, o->x() - side);
+            else leftmost = std::max(leftmost, o->geometry().right() + 1 + side);
+        }
+        if (line.width() <= rightmost - leftmost) {
+            l->setWordWrap(false);
+            l->setGeometry(std::min(r.left(), rightmost - line.width()), r.top(), line.width(), r.height());
+            return;
+        }
     }
 
     // Wrapped in its designed width, as high as its lines need; what lies below that the text
@@ -112,7 +151,7 @@ void FormView::fitContents()
     // The client area is the designed one, grown where a visible control would be cut off: a
     // caption bar or border thicker than the design's, or a label grown for its text, must not
     // hide the window's buttons.
-    int width = px(m_form->Width() - kBorderTwips), height = px(m_form->Height() - kBorderTwips - kCaptionTwips);
+    int width = px(m_form->Width() - kBorderTwips), height = px(m_form->Height() - kBorderTwips - kCaptionTwips) + menuHeight();
     for (Control* c : m_form->controls()) {
         QWidget* w = widgetOf(*c);
         if (!w || c->Container() || !c->Visible() || c->Left() < 0 || c->Top() < 0) continue;
@@ -120,6 +159,7 @@ void FormView::fitContents()
         height = std::max(height, w->geometry().bottom() + 1 + px(kGapTwips));
     }
     if (width > 0 && height > 0) setFixedSize(width, height);
+    if (m_menuBar) m_menuBar->setGeometry(0, 0, this->width(), menuHeight());
 }
 
 } // namespace steplets::qt

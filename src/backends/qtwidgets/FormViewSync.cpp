@@ -9,12 +9,14 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QSignalBlocker>
 #include <QStatusBar>
 #include <QStyle>
@@ -129,6 +131,16 @@ void FormView::syncForm()
     m_formDirty = false;
     setWindowTitle(m_form->Caption());
     layoutControls();
+    if (m_form->placed() && isVisible()) placeWindow();
+}
+
+void FormView::placeWindow()
+{
+    // The form's Left and Top are the window's outer corner on the screen.
+    const QScreen* screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen();
+    const QPoint origin = screen ? screen->virtualGeometry().topLeft() : QPoint();
+    const QPoint at = origin + QPoint(px(m_form->Left()), px(m_form->Top()));
+    if (pos() != at) move(at);
 }
 
 void FormView::syncTabOrder()

@@ -1,13 +1,31 @@
 #include "FormWidgets.h"
 #include <QKeyEvent>
+#include <QListWidget>
 #include <QLocale>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QStyleOptionComboBox>
+#include <QStyleOptionViewItem>
 #include <QStylePainter>
 #include <QVBoxLayout>
 
 namespace steplets::qt {
+
+QRect checkIndicatorRect(const QListWidget* list, const QListWidgetItem* item)
+{
+    QStyleOptionViewItem opt;
+    opt.initFrom(list->viewport());
+    opt.rect = list->visualItemRect(item);
+    opt.features |= QStyleOptionViewItem::HasCheckIndicator;
+    return list->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &opt, list);
+}
+
+QWidget* keyboardWidget(QWidget* controlWidget)
+{
+    if (auto* strip = dynamic_cast<TabStripWidget*>(controlWidget)) return strip->tabBar();
+    if (auto* cal = dynamic_cast<CalendarBox*>(controlWidget)) return cal->calendar();
+    return controlWidget;
+}
 
 TabStripWidget::TabStripWidget(QWidget* parent) : QFrame(parent), m_bar(new QTabBar(this))
 {
@@ -37,6 +55,7 @@ CalendarBox::CalendarBox(QWidget* parent)
     popupLayout->setContentsMargins(1, 1, 1, 1);
     // A day picked in the drop-down closes it; the binding hears the same click.
     QObject::connect(m_calendar, &QCalendarWidget::clicked, m_popup, [this] { if (m_dropDown) m_popup->hide(); });
+    QObject::connect(m_calendar, &QCalendarWidget::activated, m_popup, [this] { if (m_dropDown) m_popup->hide(); });
     m_popup->installEventFilter(this);
     setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(m_calendar);

@@ -7,7 +7,18 @@
 #include <QLabel>
 #include <QTabBar>
 
+class QListWidget;
+class QListWidgetItem;
+
 namespace steplets::qt {
+
+// Where the check box of a row of a check-box list is drawn, in the list's viewport: a click
+// there ticks the row and nothing else.
+QRect checkIndicatorRect(const QListWidget* list, const QListWidgetItem* item);
+
+// The widget that takes the keyboard for a control's widget: a tab strip's bar, a calendar's
+// month grid, else the widget itself.
+QWidget* keyboardWidget(QWidget* controlWidget);
 
 class TabStripWidget : public QFrame {
 public:
@@ -24,7 +35,7 @@ private:
 // A calendar designed as high as a month grid shows the grid itself, with "(no date)" under it
 // while there is no date. One designed lower (a line, as a date field) is a field that shows the
 // date, or "(no date)", and drops the month grid down under itself when clicked (or on F4,
-// Alt+Down, Space); a click on a day picks it and closes the drop-down.
+// Alt+Down, Space); a click on a day, or Enter on it, picks it and closes the drop-down.
 class CalendarBox : public QWidget {
 public:
     explicit CalendarBox(QWidget* parent);

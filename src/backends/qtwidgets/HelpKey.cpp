@@ -34,7 +34,9 @@ bool HelpKey::open()
         if (m_log) m_log(QStringLiteral("F1: no help page for \"%1\" beside it or in %2").arg(helpFile, m_installed.join(QStringLiteral(", "))));
         return false;
     }
-    return QDesktopServices::openUrl(QUrl::fromLocalFile(page));
+    if (QDesktopServices::openUrl(QUrl::fromLocalFile(page))) return true;
+    if (m_log) m_log(QStringLiteral("F1: no program on this desktop opens %1").arg(page));
+    return false;
 }
 
 bool HelpKey::eventFilter(QObject* watched, QEvent* event)

@@ -16,7 +16,7 @@ public:
 
     // The page that stands for `helpFile`, or empty when neither place has one.
     static QString pageFor(const QString& helpFile, const QStringList& installedFolders);
-    // Opens it; false (and a line in the log) when there is none.
+    // Opens it; false (and a line in the log) when there is none or nothing can open it.
     bool open();
 
 protected:

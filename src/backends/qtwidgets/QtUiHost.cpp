@@ -3,9 +3,11 @@
 #include "HelpKey.h"
 #include "controls/Controls.h"
 #include "runtime/Failure.h"
+#include "session/SessionContext.h"
 #include <QApplication>
 #include <QDateTime>
 #include <QEventLoop>
+#include <QGridLayout>
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QPushButton>
@@ -28,6 +30,20 @@ QMessageBox::Icon iconOf(MessageBoxRequest::Icon icon)
     case MessageBoxRequest::Icon::Critical: return QMessageBox::Critical;
     }
     return QMessageBox::NoIcon;
+}
+
+// A message box is as wide as its text needs, which can leave its title cut off by the window
+// manager ("Anchor D... Required"); it is widened to hold the title with the title bar's icon and
+// buttons beside it.
+void makeRoomForTitle(QMessageBox& box)
+{
+    auto* grid = qobject_cast<QGridLayout*>(box.layout());
+    if (!grid || box.windowTitle().trimmed().isEmpty()) return;
+    QFont bold = box.font();
+    bold.setBold(true);
+    const int width = QFontMetrics(bold).horizontalAdvance(box.windowTitle()) + kTitleBarChrome;
+    grid->addItem(new QSpacerItem(width, 0, QSizePolicy::Minimum, QSizePolicy::Expanding), grid->rowCount(), 0, 1,
+                  grid->columnCount());
 }
 
 Qt::CursorShape cursorOf(int pointer)
@@ -54,6 +70,7 @@ QtUiHost::~QtUiHost()
         v->detach();
         delete v;
     }
+    for (const QPointer<QDialog>& w : m_itemWindows) delete w.data();
     for (const QPointer<FormView>& v : m_unloadedViews) delete v.data();
     qDeleteAll(m_timers);
     while (QGuiApplication::overrideCursor()) QGuiApplication::restoreOverrideCursor();
@@ -65,6 +82,8 @@ void QtUiHost::setHelp(const QStringList& installedFolders, std::function<void(c
     m_helpKey = std::make_unique<HelpKey>([this] { return m_helpFile; }, installedFolders, std::move(log));
     if (QCoreApplication* app = QCoreApplication::instance()) app->installEventFilter(m_helpKey.get());
 }
+
+bool QtUiHost::openHelp() { return static_cast<HelpKey*>(m_helpKey.get())->open(); }
 
 FormView* QtUiHost::viewOf(const Form& form) const { return m_views.value(&form); }
 
@@ -163,6 +182,10 @@ void QtUiHost::showModal(Form& form)
     };
     {
         Pop pop{this, &form};
+        if (m_stack.size() == 1 && m_mainWindowHook && m_mainWindow != view) {
+            m_mainWindow = view;
+            m_mainWindowHook(*view);
+        }
         view->present(below);
         // 2. Activate, then the focus settles on the widgets.
         if (m_driver) m_driver->formShown(form);
@@ -175,6 +198,8 @@ void QtUiHost::showModal(Form& form)
         if (m_driver) m_driver->doneWaiting(wait);
         if (FormView* v = viewOf(form); v && !stillShown(form)) v->hide();
     }
+    // The session's last window has gone: so do the item windows it left open.
+    if (m_stack.empty()) closeItemWindows();
     rethrowAbort();
     // 4. The window below becomes the active one again.
     if (m_stack.empty()) return;
@@ -294,6 +319,7 @@ MsgBoxAnswer QtUiHost::messageBox(const MessageBoxRequest& box)
         break;
     }
     mb.setDefaultButton(buttons.front().first);
+    makeRoomForTitle(mb);
     execDialog(mb, UserWait{UserWait::Kind::MsgBox, &mb, nullptr, &box, nullptr, nullptr});
     rethrowAbort();
     MsgBoxAnswer answer = buttons.size() > 1 ? buttons.back().second : buttons.front().second;
@@ -359,8 +385,17 @@ void QtUiHost::setScreenMousePointer(int pointer)
 
 void QtUiHost::displayTask(ol::TaskItem& item, bool modal)
 {
-    Q_UNUSED(modal);   // the item windows are always modal here: nothing else could own them
     if (m_driver) m_driver->itemDisplayed(item, false);
+    // Display(False) of a saved task: the window works on a handle of its own, as the caller's
+    // may go as soon as the call returns. A task never saved has no other handle and stays modal.
+    std::shared_ptr<ol::TaskItem> own;
+    if (!modal && !item.EntryID().isEmpty() && session().olNS)
+        own = ol::asTask(session().olNS->GetItemFromID(item.EntryID(), session().sTaskFolderSID));
+    if (own) {
+        auto* window = new TaskWindow(*own, activeWindow());
+        QObject::connect(window, &QObject::destroyed, [own] {});   // the handle lives as long as the window
+        return keepItemWindow(window);
+    }
     TaskWindow window(item, activeWindow());
     execDialog(window, UserWait{UserWait::Kind::Item, &window, nullptr, nullptr, &item, nullptr});
     rethrowAbort();
@@ -370,17 +405,32 @@ void QtUiHost::displayContact(ol::ContactItem& item, bool modal)
 {
     if (m_driver) m_driver->itemDisplayed(item, true);
     if (!modal) {
-        // Display(False): the card stays up beside the window and the caller goes on at once.
         // The window has read all it shows, so it outlives the caller's hold on the item.
-        auto* window = new ContactWindow(item, activeWindow());
-        window->setAttribute(Qt::WA_DeleteOnClose);
-        window->setModal(false);
-        window->show();
-        return;
+        return keepItemWindow(new ContactWindow(item, activeWindow()));
     }
     ContactWindow window(item, activeWindow());
     execDialog(window, UserWait{UserWait::Kind::Item, &window, nullptr, nullptr, &item, nullptr});
     rethrowAbort();
+}
+
+void QtUiHost::keepItemWindow(QDialog* window)
+{
+    // Display(False): the window stays up beside the caller's, which goes on at once. Its parent
+    // is the active window, so the modal window does not shut it out, and the host closes it
+    // when the session ends if the user has not.
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(window, &QDialog::finished, window, &QObject::deleteLater);
+    window->setModal(false);
+    m_itemWindows.emplace_back(window);
+    window->show();
+}
+
+void QtUiHost::closeItemWindows()
+{
+    // The session is over: a window that will not close (a changed task the user keeps) goes all
+    // the same, as nothing it shows can be saved any more.
+    for (const QPointer<QDialog>& w : std::exchange(m_itemWindows, {}))
+        if (w && !w->close()) w->done(QDialog::Rejected);
 }
 
 ContactPickerResult QtUiHost::pickContact(const ContactPickerRequest& request)

@@ -27,6 +27,9 @@ namespace steplets::qt {
 
 class FormView;
 
+// Pixels a window's title bar takes beside its title: the window menu's icon and three buttons.
+constexpr int kTitleBarChrome = 120;
+
 class QtUiHost : public UiHost {
 public:
     // `clock` nullptr: the system clock and real timers.
@@ -36,6 +39,12 @@ public:
     // F1 in any window opens the help page that stands for the help file (HelpKey.h), looked for
     // also in `installedFolders`; `log` takes the line written when there is none.
     void setHelp(const QStringList& installedFolders, std::function<void(const QString&)> log);
+    // Opens that page as F1 does; false (and the line in the log) when there is none.
+    bool openHelp();
+    // What the desktop program adds to the session's main window, the first form shown modally
+    // (its own menu, its remembered place): called once for that window's view, before it is
+    // first shown. The form and its snapshots know nothing of it.
+    void setMainWindowHook(std::function<void(FormView&)> hook) { m_mainWindowHook = std::move(hook); }
 
     // A driver plays the user (nullptr: a person does). With a driver, an act the window refuses
     // cannot be played and ends the session instead of beeping.
@@ -92,6 +101,8 @@ private:
     // Runs a dialog of the host's own modally, as a wait for the user.
     int execDialog(QDialog& dialog, const UserWait& wait);
     QWidget* visibleViewBelowTop() const;
+    void keepItemWindow(QDialog* window);
+    void closeItemWindows();
 
     // Deferred calls are bound to it, so none runs after the host is gone.
     std::unique_ptr<QObject> m_context;
@@ -99,6 +110,8 @@ private:
     std::shared_ptr<HostClock> m_clock;
     UserDriver* m_driver = nullptr;
     std::vector<QPointer<QDialog>> m_dialogs;
+    // Item windows shown with Display(False), open beside the modal windows.
+    std::vector<QPointer<QDialog>> m_itemWindows;
     QHash<const Form*, FormView*> m_views;
     QHash<Timer*, QTimer*> m_timers;
     std::vector<Form*> m_stack;
@@ -111,6 +124,8 @@ private:
     bool m_burialScheduled = false;
     int m_mousePointer = 0;
     QString m_helpFile;
+    std::function<void(FormView&)> m_mainWindowHook;
+    QPointer<FormView> m_mainWindow;
 };
 
 } // namespace steplets::qt

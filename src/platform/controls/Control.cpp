@@ -94,7 +94,7 @@ void Control::userClick() {
     if (focusable()) m_form.moveFocus(this);
 }
 
-void Control::userKey(int keyCode, int shift) {
+int Control::userKey(int keyCode, int shift) {
     userFocus();
     // Enter and Escape go to the window's default and cancel buttons, not to the control.
     const bool isButton = kind() == Kind::CommandButton;
@@ -102,9 +102,10 @@ void Control::userKey(int keyCode, int shift) {
                           : keyCode == KeyEscape ? m_form.cancelButton() : nullptr;
     if (button && button->effectivelyVisible() && button->effectivelyEnabled()) {
         button->Click();
-        return;
+        return 0;
     }
     KeyDown(keyCode, shift);
+    return keyCode;
 }
 
 void Control::changed() { m_form.controlChanged(*this); }

@@ -96,7 +96,10 @@ public:
     // (UserActionRefused otherwise), then does what the mouse or keyboard would.
     virtual void userClick();
     void userFocus();
-    void userKey(int keyCode, int shift);
+    // A key pressed on the control: Enter and Escape go to the window's default and cancel
+    // buttons when they can take them, else KeyDown sees the key. Returns the key code left for
+    // the control itself: 0 once a button or a KeyDown handler took it.
+    int userKey(int keyCode, int shift);
 
 protected:
     // Kinds that can hold the focus, have a tab index, a caption in the snapshot, or a lock.

@@ -13,8 +13,8 @@ Form::Form(UiHost& host, const QString& name) : m_host(host), m_name(name) {}
 Form::~Form() { m_host.formDestroyed(*this); }
 
 void Form::setCaption(const QString& caption) { m_caption = caption; formChanged(); }
-void Form::setLeft(int v) { m_left = v; formChanged(); }
-void Form::setTop(int v) { m_top = v; formChanged(); }
+void Form::setLeft(int v) { m_left = v; m_placed = true; formChanged(); }
+void Form::setTop(int v) { m_top = v; m_placed = true; formChanged(); }
 void Form::setWidth(int v) { m_width = v; formChanged(); }
 void Form::setHeight(int v) { m_height = v; formChanged(); }
 

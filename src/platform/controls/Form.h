@@ -47,6 +47,8 @@ public:
     void setTop(int v);
     void setWidth(int v);
     void setHeight(int v);
+    // Whether code has set Left or Top: the window then stands there, else where the host puts it.
+    bool placed() const { return m_placed; }
     bool Visible() const { return m_visible; }
     bool isLoaded() const { return m_loaded; }
     // Number of modal shows of this form that have not returned yet.
@@ -121,6 +123,7 @@ private:
     QString m_name;
     QString m_caption;
     int m_left = 0, m_top = 0, m_width = 0, m_height = 0;
+    bool m_placed = false;
     bool m_loaded = false;
     bool m_visible = false;
     int m_modalDepth = 0;

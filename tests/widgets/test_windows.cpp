@@ -1,0 +1,216 @@
+// Every window of the program as a user meets it, on the offscreen platform: each is reached by
+// a script played on the desktop program's own session (real input on the widgets, a virtual
+// clock), then checked (WindowChecks.h) and photographed where it waits. CTest runs this at 100 %
+// and at 200 % scale. With STEPLETS_DOCS_DIR set, the pictures the README shows are written there.
+// A new window is one more row of the table.
+#include "Desktop.h"
+#include "EventLog.h"
+#include "FormView.h"
+#include "QtScriptDriver.h"
+#include "QtUiHost.h"
+#include "Script.h"
+#include "TempDir.h"
+#include "VirtualClock.h"
+#include "WidgetSupport.h"
+#include "WindowChecks.h"
+#include "backends/vdir/DemoContacts.h"
+#include "dialogs/frmPrompt.h"
+#include "session/SessionContext.h"
+#include <QFile>
+#include <QJsonDocument>
+#include <QRegularExpression>
+
+using namespace steplets;
+
+namespace {
+
+enum class Mode { Manage, Process };
+
+// One window: reached by the steps of `script` (as a scenario file writes them, ending the
+// session), looked at just before step `lookAt` (from 1) is played, found by its object name (a
+// form's name, "MsgBox", "TaskWindow", "ContactWindow", "ContactPickerDialog", ...).
+struct Sight {
+    const char* shot;
+    bool forDocs;
+    Mode mode;
+    int lookAt;
+    const char* window;
+    const char* script;
+};
+
+// Steps as a scenario file writes them. The chooser opens on the groups, as "Task Selection" is 1
+// when the settings do not say.
+#define TEMPLATES R"({"form":"frmSteplet","tab":"TabStrip2","index":1})"
+#define TICK(t) R"({"form":"frmSteplet","tick":"lbTaskTemplates","item":")" t R"(","checked":true})"
+#define CLICK(f, c) R"({"form":")" f R"(","click":")" c R"("})"
+#define LOOK(f) R"({"form":")" f R"(","snapshot":true})"
+#define CLOSE R"({"form":"frmSteplet","close":true})"
+
+// In the order a user meets them, as the README shows them.
+const Sight kSights[] = {
+    {"chooser-manage", true, Mode::Manage, 1, "frmSteplet", "[" LOOK("frmSteplet") "," CLOSE "]"},
+    {"chooser-manage-templates", true, Mode::Manage, 2, "frmSteplet", "[" TEMPLATES "," LOOK("frmSteplet") "," CLOSE "]"},
+    {"msgbox-delete-template", true, Mode::Manage, 4, "MsgBox",
+     "[" TEMPLATES "," TICK("Renew professional license") "," CLICK("frmSteplet", "cmdDelete") R"(,{"msgbox":"No"},)" CLOSE "]"},
+    {"prompt-new-group", true, Mode::Manage, 2, "frmPrompt",
+     "[" CLICK("frmSteplet", "cmdAdd") "," LOOK("frmPrompt") "," CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
+    {"chooser-process", true, Mode::Process, 3, "frmSteplet", "[" TEMPLATES "," TICK("Follow-up call") "," LOOK("frmSteplet") "," CLOSE "]"},
+    {"contact-picker", true, Mode::Process, 2, "ContactPickerDialog",
+     R"([{"form":"frmSteplet","toolclick":"abSelectContact","tool":"Tool0"},{"picker":"cancel"},)" CLOSE "]"},
+    {"contact-window", true, Mode::Process, 2, "ContactWindow", "[" CLICK("frmSteplet", "txtContact") "," LOOK("frmSteplet") "," CLOSE "]"},
+    {"chooser-process-contacts", true, Mode::Process, 2, "frmSteplet",
+     R"([{"form":"frmSteplet","tab":"TabStrip1","index":2},)" LOOK("frmSteplet") "," CLOSE "]"},
+    {"select-contacts", true, Mode::Process, 6, "frmSelectContacts",
+     R"([{"form":"frmSteplet","tab":"TabStrip1","index":2},)" CLICK("frmSteplet", "chkContactOption1") "," TEMPLATES ","
+         TICK("Follow-up call") "," CLICK("frmSteplet", "ProcessTasksButton") "," LOOK("frmSelectContacts") ","
+         CLICK("frmSelectContacts", "CancelButton") "," CLOSE "]"},
+    {"prompt-common-input-question", true, Mode::Process, 5, "frmPrompt",
+     "[" TEMPLATES "," TICK("Send engagement letter") "," TICK("Prepare closing documents") "," CLICK("frmSteplet", "ProcessTasksButton") ","
+         LOOK("frmPrompt") "," CLICK("frmPrompt", "OKButton") "," CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
+    {"prompt-common-input", true, Mode::Process, 6, "frmPrompt",
+     "[" TEMPLATES "," TICK("Send engagement letter") "," TICK("Prepare closing documents") "," CLICK("frmSteplet", "ProcessTasksButton") ","
+         CLICK("frmPrompt", "OKButton") "," LOOK("frmPrompt") "," CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
+    {"prompt-group-options", true, Mode::Process, 2, "frmPrompt",
+     "[" CLICK("frmSteplet", "ProcessTasksButton") "," LOOK("frmPrompt") "," CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
+    {"msgbox-anchor-date", true, Mode::Process, 3, "MsgBox",
+     "[" CLICK("frmSteplet", "ProcessTasksButton") "," CLICK("frmPrompt", "OKButton") R"(,{"msgbox":"OK"},)"
+         CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
+    {"prompt-template-options", true, Mode::Process, 4, "frmPrompt",
+     "[" TEMPLATES "," TICK("Prepare closing documents") "," CLICK("frmSteplet", "ProcessTasksButton") "," LOOK("frmPrompt") ","
+         CLICK("frmPrompt", "CancelButton") R"(,{"wait":10},)" CLICK("frmProcessTasks", "cmdOK") "," CLOSE "]"},
+    {"prompt-anchor-date", true, Mode::Process, 4, "frmPrompt",
+     "[" TEMPLATES "," TICK("Send engagement letter") "," CLICK("frmSteplet", "ProcessTasksButton") "," LOOK("frmPrompt") ","
+         CLICK("frmPrompt", "CancelButton") R"(,{"wait":10},)" CLICK("frmProcessTasks", "cmdOK") "," CLOSE "]"},
+    {"processing-during-run", true, Mode::Process, 7, "frmProcessTasks",
+     "[" TEMPLATES "," TICK("Follow-up call") "," TICK("Weekly status report") "," TICK("Renew professional license") ","
+         CLICK("frmSteplet", "ProcessTasksButton") R"(,{"wait":2.5},)" LOOK("frmProcessTasks") R"(,{"wait":10},)"
+         CLICK("frmProcessTasks", "cmdOK") "," CLOSE "]"},
+    {"processing-done", true, Mode::Process, 5, "frmProcessTasks",
+     "[" TEMPLATES "," TICK("Follow-up call") "," CLICK("frmSteplet", "ProcessTasksButton") R"(,{"wait":10},)" LOOK("frmProcessTasks") ","
+         CLICK("frmProcessTasks", "cmdOK") "," CLOSE "]"},
+    {"task-window", true, Mode::Process, 6, "TaskWindow",
+     "[" TEMPLATES "," TICK("Follow-up call") "," CLICK("frmSteplet", "ProcessTasksButton")
+         R"(,{"wait":10},{"form":"frmProcessTasks","dblclick":"MSHFlexGrid1","row":1},{"item":{"close":"discard"}},)"
+         CLICK("frmProcessTasks", "cmdOK") "," CLOSE "]"},
+    {"msgbox-undo", true, Mode::Process, 6, "MsgBox",
+     "[" TEMPLATES "," TICK("Follow-up call") "," CLICK("frmSteplet", "ProcessTasksButton") R"(,{"wait":10},)"
+         CLICK("frmProcessTasks", "cmdUndo") R"(,{"msgbox":"No"},)" CLICK("frmProcessTasks", "cmdOK") "," CLOSE "]"},
+};
+
+#undef TEMPLATES
+#undef TICK
+#undef CLICK
+#undef LOOK
+#undef CLOSE
+
+// The top-level window of that object name that is on the screen.
+QWidget* windowNamed(const QString& name)
+{
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->isVisible() && w->objectName() == name) return w;
+    return nullptr;
+}
+
+class WindowsTest : public ::testing::TestWithParam<Sight> {
+protected:
+    void SetUp() override
+    {
+        test::widgetApp();
+        qputenv("XDG_STATE_HOME", home.path().toUtf8());
+    }
+    void TearDown() override { qunsetenv("XDG_STATE_HOME"); }
+
+    static desktop::HostOptions optionsFor(Mode mode, const QString& home)
+    {
+        desktop::HostOptions o = desktop::defaultHostOptions();
+        o.home = home;
+        if (mode == Mode::Process) {
+            const vdir::DemoContact& ada = vdir::demoContacts().at(1);
+            o.args.lTimeCardID = 7;
+            o.args.sContactID = 2;
+            o.args.sContactName = ada.fullName();
+            o.args.bManageContacts = true;
+            o.args.sDesc = QStringLiteral("Quarterly audit");
+            o.args.sMainActivity = QStringLiteral("Accounting");
+        }
+        return o;
+    }
+
+    test::TempDir home;
+};
+
+TEST_P(WindowsTest, IsWholeOnTheScreenAndPhotographed)
+{
+    const Sight& sight = GetParam();
+    QString why;
+    std::optional<scripted::Script> script =
+        scripted::Script::fromJson(QJsonDocument::fromJson(QByteArray(sight.script)).array(), &why);
+    ASSERT_TRUE(script) << why.toStdString();
+    // A fixed moment, so the pictures show the same dates each time.
+    scripted::VirtualClock clock(QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
+    scripted::EventLog log(clock);
+    auto clockHandle = std::shared_ptr<scripted::VirtualClock>(&clock, [](auto*) {});
+    auto host = std::make_shared<qt::QtUiHost>(clockHandle);
+    qtplay::QtScriptDriver driver(*script, clock, log, *host);
+    bool looked = false;
+    driver.setBeforeStep([&](const scripted::Step& step) {
+        if (step.number != sight.lookAt) return;
+        QWidget* window = windowNamed(QLatin1String(sight.window));
+        ASSERT_NE(window, nullptr) << sight.window << " is not on the screen before step " << step.number;
+        looked = true;
+        test::saveScreenshot(window, QLatin1String(sight.shot), sight.forDocs);
+        test::expectWindowWhole(window);
+    });
+    host->setDriver(&driver);
+    EXPECT_EQ(desktop::runSession(optionsFor(sight.mode, home.path()), host), 0);
+    host->setDriver(nullptr);
+    EXPECT_TRUE(looked);
+    EXPECT_TRUE(script->atEnd()) << script->remaining() << " steps left";
+}
+
+INSTANTIATE_TEST_SUITE_P(Sights, WindowsTest, ::testing::ValuesIn(kSights),
+                         [](const auto& info) { return QString::fromLatin1(info.param.shot).replace(QLatin1Char('-'), QLatin1Char('_')).toStdString(); });
+
+// The README shows the pictures this test writes: each docs/*.png it names is there, and each
+// picture written for it is named.
+TEST(ReadmePictures, AreThereAndShown)
+{
+    QFile readme(QStringLiteral(STEPLETS_SOURCE_DIR "/README.md"));
+    ASSERT_TRUE(readme.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QString text = QString::fromUtf8(readme.readAll());
+    QStringList named;
+    static const QRegularExpression picture(QStringLiteral(R"(docs/[\w.-]+\.png)"));
+    for (auto it = picture.globalMatch(text); it.hasNext();) named << it.next().captured();
+    EXPECT_FALSE(named.isEmpty());
+    for (const QString& name : named)
+        EXPECT_TRUE(QFile::exists(QStringLiteral(STEPLETS_SOURCE_DIR "/") + name)) << name.toStdString() << " is not there";
+    for (const Sight& sight : kSights)
+        if (sight.forDocs) {
+            EXPECT_TRUE(named.contains(QStringLiteral("docs/%1.png").arg(QLatin1String(sight.shot)))) << sight.shot;
+        }
+}
+
+// The help page of a new template (the prompt's mode 4) opens only on the way to a new template.
+TEST(WindowsHelpPage, IsWholeOnTheScreenAndPhotographed)
+{
+    test::widgetApp();
+    session() = SessionContext();
+    qt::QtUiHost host;
+    frmPrompt prompt(host);
+    test::Driver driver;
+    driver.then("the help page", [&] { return host.viewOf(prompt) && host.viewOf(prompt)->isVisible(); }, [&] {
+        test::saveScreenshot(host.viewOf(prompt), QStringLiteral("prompt-new-template-help"), true);
+        test::expectWindowWhole(host.viewOf(prompt));
+        host.viewOf(prompt)->close();
+    });
+    driver.start();
+    qint32 mode = 4;
+    Bool16 no(false);
+    QString none;
+    prompt.PromptDialog(mode, no, no, none, none, none);
+    EXPECT_TRUE(driver.finished());
+    prompt.Unload();
+    session() = SessionContext();
+}
+
+} // namespace
