@@ -14,7 +14,6 @@
 #include "WidgetSupport.h"
 #include "WindowChecks.h"
 #include "backends/vdir/DemoContacts.h"
-#include "dialogs/frmPrompt.h"
 #include "session/SessionContext.h"
 #include <QFile>
 #include <QJsonDocument>
@@ -52,8 +51,24 @@ const Sight kSights[] = {
     {"chooser-manage-templates", true, Mode::Manage, 2, "frmSteplet", "[" TEMPLATES "," LOOK("frmSteplet") "," CLOSE "]"},
     {"msgbox-delete-template", true, Mode::Manage, 4, "MsgBox",
      "[" TEMPLATES "," TICK("Renew professional license") "," CLICK("frmSteplet", "cmdDelete") R"(,{"msgbox":"No"},)" CLOSE "]"},
+    {"template-options-new", true, Mode::Manage, 3, "frmNewTask",
+     "[" TEMPLATES "," CLICK("frmSteplet", "cmdAdd") "," LOOK("frmNewTask") "," CLICK("frmNewTask", "CancelButton") "," CLOSE "]"},
+    {"template-options-fillins", true, Mode::Manage, 4, "frmNewTask",
+     "[" TEMPLATES "," CLICK("frmSteplet", "cmdAdd") R"(,{"form":"frmNewTask","tab":"TabStrip1","index":2},)" LOOK("frmNewTask") ","
+         CLICK("frmNewTask", "CancelButton") "," CLOSE "]"},
+    {"prompt-new-template-help", true, Mode::Manage, 4, "frmPrompt",
+     "[" TEMPLATES "," CLICK("frmSteplet", "cmdAdd") "," CLICK("frmNewTask", "CreateEditButton") "," LOOK("frmPrompt") ","
+         CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
+    {"template-options-edit", true, Mode::Manage, 4, "frmNewTask",
+     "[" TEMPLATES "," TICK("Renew professional license") "," CLICK("frmSteplet", "cmdEdit") "," LOOK("frmNewTask") ","
+         CLICK("frmNewTask", "CancelButton") "," CLOSE "]"},
     {"prompt-new-group", true, Mode::Manage, 2, "frmPrompt",
      "[" CLICK("frmSteplet", "cmdAdd") "," LOOK("frmPrompt") "," CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
+    {"user-options", true, Mode::Manage, 2, "frmOptions",
+     "[" CLICK("frmSteplet", "cmdOptions") "," LOOK("frmOptions") "," CLICK("frmOptions", "cmdCancel") "," CLOSE "]"},
+    {"user-options-links", true, Mode::Manage, 3, "frmOptions",
+     "[" CLICK("frmSteplet", "cmdOptions") R"(,{"form":"frmOptions","tab":"TabStrip1","index":2},)" LOOK("frmOptions") ","
+         CLICK("frmOptions", "cmdCancel") "," CLOSE "]"},
     {"chooser-process", true, Mode::Process, 3, "frmSteplet", "[" TEMPLATES "," TICK("Follow-up call") "," LOOK("frmSteplet") "," CLOSE "]"},
     {"contact-picker", true, Mode::Process, 2, "ContactPickerDialog",
      R"([{"form":"frmSteplet","toolclick":"abSelectContact","tool":"Tool0"},{"picker":"cancel"},)" CLOSE "]"},
@@ -188,29 +203,6 @@ TEST(ReadmePictures, AreThereAndShown)
         if (sight.forDocs) {
             EXPECT_TRUE(named.contains(QStringLiteral("docs/%1.png").arg(QLatin1String(sight.shot)))) << sight.shot;
         }
-}
-
-// The help page of a new template (the prompt's mode 4) opens only on the way to a new template.
-TEST(WindowsHelpPage, IsWholeOnTheScreenAndPhotographed)
-{
-    test::widgetApp();
-    session() = SessionContext();
-    qt::QtUiHost host;
-    frmPrompt prompt(host);
-    test::Driver driver;
-    driver.then("the help page", [&] { return host.viewOf(prompt) && host.viewOf(prompt)->isVisible(); }, [&] {
-        test::saveScreenshot(host.viewOf(prompt), QStringLiteral("prompt-new-template-help"), true);
-        test::expectWindowWhole(host.viewOf(prompt));
-        host.viewOf(prompt)->close();
-    });
-    driver.start();
-    qint32 mode = 4;
-    Bool16 no(false);
-    QString none;
-    prompt.PromptDialog(mode, no, no, none, none, none);
-    EXPECT_TRUE(driver.finished());
-    prompt.Unload();
-    session() = SessionContext();
 }
 
 } // namespace
