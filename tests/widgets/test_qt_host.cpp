@@ -486,7 +486,7 @@ TEST_F(QtHostTest, ItemsDisplayedWithoutWaitingStayUpBesideTheModalWindowUntilTh
             EXPECT_FALSE(taskWindow->isModal());
             EXPECT_FALSE(contactWindow->isModal());
             // The task window still works on the task the caller let go of.
-            auto* subject = taskWindow->findChild<QLineEdit*>(QStringLiteral("subject"));
+            auto* subject = taskWindow->findChild<QLineEdit*>(QStringLiteral("Subject"));
             QTest::keyClick(subject, Qt::Key_A, Qt::ControlModifier);
             QTest::keyClicks(subject, QStringLiteral("Call the bank on Monday"));
             QTest::mouseClick(taskWindow->findChild<QPushButton*>(QStringLiteral("saveAndClose")), Qt::LeftButton);
