@@ -45,7 +45,7 @@ void frmSteplet::ProcessTasksButton_Click()
         QString anchorDescription, groupPrompt;
         std::unique_ptr<frmProcessTasks> run;
 
-        // Steps 1 to 10; a return goes on with the closing steps.
+        // The launch proper; a return from it still goes on with the closing statements below.
         auto launch = [&] {
             g(20); ResetTagField();
             g(30); if (s.iContactMode > 0) {

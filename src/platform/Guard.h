@@ -38,7 +38,7 @@ public:
 void installFailureSink(FailureSink* sink);
 FailureSink& failureSink();
 
-// Turns whatever was thrown into the system's failure; anything but a Failure is an internal one.
+// Turns whatever was thrown into a Failure; anything but a Failure is an internal one.
 Failure currentFailure(std::exception_ptr e);
 
 class Guard {

@@ -21,7 +21,7 @@
 
 namespace steplets {
 
-// Argument values of the system, named.
+// The recordset, lock and command argument values the windows pass, named.
 namespace ado {
 inline constexpr int adOpenKeyset = 1;
 inline constexpr int adOpenStatic = 3;

@@ -16,7 +16,7 @@ namespace steplets {
 class Form;
 class Timer;
 
-// A message box as the system asks for it.
+// A message box as a window asks for it.
 struct MessageBoxRequest {
     enum class Buttons { OK, OKCancel, YesNo };
     enum class Icon { None, Exclamation, Question, Information, Critical };

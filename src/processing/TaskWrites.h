@@ -1,6 +1,6 @@
 #pragma once
 // What a template row hands to a new task: the working values of a pass, which a Null column
-// leaves as the last row had them, and the table of the 25 writes in their binding order (a later
+// leaves as the last row had them, and the table of the writes to the task in their binding order (a later
 // write may undo what the store did for an earlier one).
 #include "platform/runtime/Date.h"
 #include "platform/runtime/Value.h"

@@ -99,7 +99,7 @@ void frmProcessTasks::Timer1_Timer()
 {
     Guard g(QStringLiteral("frmProcessTasks: Timer1_Timer"));
     g.run([&] {
-        // Step 1 and 2: only the first tick starts the work.
+        // Only the first tick starts the work.
         g(10); iTimer1Ticks += Int16(1);
         g(20);
         if (iTimer1Ticks == 1) {
@@ -107,7 +107,7 @@ void frmProcessTasks::Timer1_Timer()
             g(40); ProcessTasks();
             g(50); g.mark(QStringLiteral("frmProcessTasks: Timer1_Timer2"));
         }
-        // Step 3: a cancelled prompt left behind closes the window.
+        // A cancelled prompt left behind closes the window.
         g(60);
         SessionContext& s = session();
         if (s.bPromptCancelled) {
@@ -137,7 +137,7 @@ void frmProcessTasks::ProcessTasks()
     Guard g(QStringLiteral("frmProcessTasks: ProcessTasks"));
     g.run([&] {
         SessionContext& s = session();
-        // Step 1: arrays for this run, empty.
+        // Arrays for this run, empty.
         g(10);
         aEntryIDs.redim(0, m_iNewTaskCount);
         aStoreIDs.redim(0, m_iNewTaskCount);
@@ -146,19 +146,18 @@ void frmProcessTasks::ProcessTasks()
         aUserInputs.redim(0, m_iNewTaskCount);
         aAssignFlags.redim(0, m_iNewTaskCount);
 
-        // Step 2.
         g(20); iTemplateCounter = Int16(0);
         const QString sSavedContactEID = s.sContactEID;
         bProcessing = true;
         iRowOffset = Int16(0);
 
         if (s.iContactMode != 2) {
-            // Step 3: one pass, with the one contact if any.
+            // One pass, with the one contact if any.
             g(30); bLastPass = true;
             g(40); ProcessTemplateOptions();
             g(50); CreateTaskFromTemplate();
         } else {
-            // Step 4: a pass per chosen contact, each with its prompts before its tasks.
+            // A pass per chosen contact, each with its prompts before its tasks.
             g(60);
             const long last = s.aSelectedContacts.ubound();
             for (long idx = 1; idx <= last; ++idx) {
@@ -171,16 +170,15 @@ void frmProcessTasks::ProcessTasks()
             g(120); s.sContactEID = sSavedContactEID;
         }
 
-        // Step 5.
         g(130); cmdOK.setEnabled(true);
         g(140); bProcessing = false;
 
-        // Step 6: hidden here only when the last task was assigned and shown in its item window.
+        // Hidden here only when the last task was assigned and shown in its item window.
         g(150);
         if (Visible()) Refresh();
         else Show();
 
-        // Step 7: the per-template arrays go; the per-row ones stay for review and Undo.
+        // The per-template arrays go; the per-row ones stay for review and Undo.
         g(160);
         aProcessFlags.redim(0, 0);
         aAnchorDates.redim(0, 0);
@@ -200,12 +198,10 @@ void frmProcessTasks::ProcessTemplateOptions()
         Bool16 bAskInput;
         QString sPromptText;
 
-        // Step 1.
         g(10);
         if (!s.sContactEID.isEmpty())
             olContact = ol::asContact(must(s.olNS).GetItemFromID(s.sContactEID, s.sContactFolderSID));
 
-        // Step 2.
         g(20);
         Recordset& rs = must(s.rsTemplates);
         rs.MoveFirst();
@@ -219,7 +215,7 @@ void frmProcessTasks::ProcessTemplateOptions()
             QString sUserPrompt[5];
             QString sAnchorDescription;
 
-            // Step 3: each column only when it holds a value.
+            // Each column only when it holds a value.
             auto read = [&](int line, const QString& name) {
                 g(line);
                 return rs.Fields(name).value();
@@ -233,14 +229,14 @@ void frmProcessTasks::ProcessTemplateOptions()
             if (Value v = read(80, QStringLiteral("PromptForAssignee")); !v.isNull()) aAssignFlags[i] = flagOf(v);
             if (Value v = read(90, QStringLiteral("AnchorDescription")); !v.isNull()) sAnchorDescription = v.toText();
 
-            // Step 4: an anchor, common or asked.
+            // An anchor, common or asked.
             g(100);
             if (iDateType == 2) {
                 if (m_blnGroupAnchor) aAnchorDates[i] = s.dPromptAnchorDate;
                 else bAskAnchor = true;
             }
 
-            // Step 5: the first fill-in that asks for input, common or asked.
+            // The first fill-in that asks for input, common or asked.
             g(110);
             for (int k = 1; k <= 4; ++k) {
                 if (sFillIn[k] != kPromptForInput) continue;
@@ -255,7 +251,7 @@ void frmProcessTasks::ProcessTemplateOptions()
 
             g(120);
             if (bAskAnchor || bAskInput) {
-                // Step 6: the dialog, naming the contact while it is still held.
+                // The dialog, naming the contact while it is still held.
                 g(130);
                 if (olContact) sSubject += QStringLiteral(" (") + olContact->FileAs() + QStringLiteral(")");
                 g(140);
@@ -265,7 +261,7 @@ void frmProcessTasks::ProcessTemplateOptions()
                     prompt.PromptDialog(iPromptType, bAskAnchor, bAskInput, sPromptText, sSubject, sAnchorDescription);
                     g(150); prompt.Unload();
                 }
-                // Step 7: a Cancel skips this template only.
+                // A Cancel skips this template only.
                 g(160);
                 if (s.bPromptCancelled) {
                     s.bPromptCancelled = false;
@@ -276,7 +272,6 @@ void frmProcessTasks::ProcessTemplateOptions()
                     if (bAskInput) aUserInputs[i] = s.sPromptResult;
                 }
             } else {
-                // Step 8.
                 g(180); aProcessFlags[i] = true;
             }
             // Only the first dialog of a pass names the contact: it is not fetched again.

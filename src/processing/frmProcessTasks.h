@@ -80,7 +80,7 @@ protected:
 
 private:
     void design();
-    // Stage 6 of a made task: the assignment or the silent save, then the results, failures
+    // The end of a made task: the assignment or the silent save, then its results, failures
     // passed over statement by statement.
     void SaveAndRecordTask(Guard& g, Int16 i, Int16 r, const QString& sSubject, const QString& sDue,
                            const QString& sReminder, const QString& sLinkText);

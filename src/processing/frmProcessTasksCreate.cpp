@@ -52,7 +52,6 @@ void frmProcessTasks::CreateTaskFromTemplate()
         QString sDue;
         QString sReminder;
 
-        // Step 1 to 4.
         g(10); ProgressBar1.setVisible(true);
         g(20); oTaskFolder = must(s.olNS).GetFolderFromID(s.sTaskFolderEID, s.sTaskFolderSID);
         g(30); iProcessedTotal = m_iNewTaskCount;
@@ -67,7 +66,7 @@ void frmProcessTasks::CreateTaskFromTemplate()
             iTemplateCounter += Int16(1);
             QString sLinkText;
 
-            // Step 6: the first row is taken where it stands.
+            // The first row is taken where it stands.
             g(60);
             if (n != 1) {
                 if (rs.EOF_()) {
@@ -77,11 +76,10 @@ void frmProcessTasks::CreateTaskFromTemplate()
                     rs.MoveNext();
                 }
             }
-            // Step 7.
             g(70); w.take(rs, col::Subject);
             sTemplateSubject = w.Text(col::Subject);
 
-            // Step 8: the contacts of this row.
+            // The contacts of this row.
             g(80);
             if (s.iContactMode == 1) {
                 const long last = s.aSelectedContacts.ubound();
@@ -91,7 +89,7 @@ void frmProcessTasks::CreateTaskFromTemplate()
                 olContact = fetchContact(s.sContactEID, s.sContactFolderSID);
             }
 
-            // Step 9: the other columns by position; the fill-ins and the date type are shared.
+            // The other columns by position; the fill-ins and the date type are shared.
             for (int pos = col::ActualWork; pos <= col::Last; ++pos) {
                 if (!processing::isReadForTask(pos)) continue;
                 g(90); w.take(rs, pos);
@@ -101,7 +99,6 @@ void frmProcessTasks::CreateTaskFromTemplate()
             t.DateType = w.Short(col::DateType);
             for (int k = 1; k <= 4; ++k) t.FillIn(k) = w.Text(col::FillIn1 + k - 1);
 
-            // Stage 2.
             g.mark(QStringLiteral("frmProcessTasks: CreateTaskFromTemplate2"));
             g(210);
             if (!aProcessFlags[i]) {
@@ -118,13 +115,13 @@ void frmProcessTasks::CreateTaskFromTemplate()
             g(250); sUnit = RollUnit(w.Flag(col::IsRecurring), w.Long(col::RecurrenceType), sUnit);
             const DateRule rule(t.DateType, dBase, sUnit, clock);
 
-            // Stage 4: the subject, with this row's user input.
+            // The subject, with this row's user input.
             g.mark(QStringLiteral("frmProcessTasks: CreateTaskFromTemplate4"));
             g(260); s.sPromptResult = aUserInputs[i];
             g(270); task.set(QStringLiteral("Subject"), FormatField(sTemplateSubject, olContact, clock));
             g(280); s.sPromptResult.clear();
 
-            // Stage 5: the 25 writes, in their binding order.
+            // The stored properties, in their binding order: a later write may undo what the store did for an earlier one.
             g.mark(QStringLiteral("frmProcessTasks: CreateTaskFromTemplate5"));
             for (const TaskWrite& write : processing::taskWrites()) {
                 g(write.line);
@@ -214,17 +211,16 @@ void frmProcessTasks::CreateTaskFromTemplate()
                 }
             }
 
-            // Step 17 and 18: the row says it is at work, and each task is paced.
+            // The row says it is at work, and each task is paced.
             g(810); setCell(r, Int16(0), QStringLiteral("Please wait, processing..."));
             MSHFlexGrid1.Refresh();
             g(820); Timer2.setEnabled(true);
             g(830);
             while (Timer2.Enabled()) host().DoEvents();
-            // Step 19: the grid shows what the store holds, not what was computed.
+            // The grid shows what the store holds, not what was computed.
             g(840); sDue = shortDate(task.get(QStringLiteral("DueDate")));
             g(850); sReminder = shortDate(task.get(QStringLiteral("ReminderTime")));
 
-            // Stage 6.
             g.mark(QStringLiteral("frmProcessTasks: CreateTaskFromTemplate6"));
             SaveAndRecordTask(g, i, r, sGridSubject, sDue, sReminder, sLinkText);
             releaseRow();

@@ -155,18 +155,16 @@ void frmProcessTasks::cmdUndo_Click()
     std::shared_ptr<ol::Item> olItem;
     g.run([&] {
         SessionContext& s = session();
-        // Step 1.
         g(10);
         if (host().MsgBox(QStringLiteral("Are you sure you want to delete all of the processed tasks?"), 4,
                           QStringLiteral("Undo Task Processing"))
             == static_cast<int>(MsgBoxAnswer::No))
             return;
 
-        // Step 2.
         g(20); rsTasks = store().CreateRecordset();
         rsTasks->Open(QStringLiteral("SELECT * FROM tblTasks"), s.cnLink, ado::adOpenKeyset, ado::adLockOptimistic);
 
-        // Step 3 to 5: per row the task first, then its one tblTasks row, then the grid.
+        // Per row the task first, then its one tblTasks row, then the grid.
         for (Int16 r(1); r <= m_iNewTaskCount; ++r) {
             g(30);
             const QString sEntryID = aEntryIDs[r];
@@ -186,7 +184,6 @@ void frmProcessTasks::cmdUndo_Click()
             g(100); MSHFlexGrid1.Refresh();
         }
 
-        // Step 6 to 8.
         g(110); MSHFlexGrid1.setTopRow(0);
         MSHFlexGrid1.setRow(1);
         olItem.reset();

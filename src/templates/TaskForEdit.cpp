@@ -44,7 +44,7 @@ void CreateTaskFromTemplateForEdit(Bool16& /*bEdit*/, const Clock& now)
         EditedTemplateState& t = EditedTemplate();
         const SessionContext& s = session();
 
-        // Step 1: the first row of the filter.
+        // The first row of the filter.
         g(20); olFolder = must(s.olNS).GetFolderFromID(s.sTaskFolderEID, s.sTaskFolderSID);
         g(30); rs = s.rsTemplates;
         must(rs).MoveFirst();
@@ -57,25 +57,25 @@ void CreateTaskFromTemplateForEdit(Bool16& /*bEdit*/, const Clock& now)
         }
         g(650); takeOptions(row, t);
 
-        // Step 2: the reference date of the distances.
+        // The reference date of the distances.
         g(660);
         const int iDateType = t.DateType;
         const Date dReference = BaseDate(iDateType, Date(), t.ReferenceDate, now);
 
-        // Step 3: the item, with the one way to its body.
+        // The item, with the one way to its body.
         g(670); t.TemplateItem = must(olFolder).Items().Add();
         ol::TaskItem& item = *t.TemplateItem;
         g(680);
         SafeTaskItem oSafe;
         oSafe.setItem(t.TemplateItem);
 
-        // Step 4: fixed dates advance one unit at a time, whatever the interval.
+        // Fixed dates advance one unit at a time, whatever the interval.
         g(690);
         const bool bRecurring = row.Flag(col::IsRecurring);
         const DateRule rule(iDateType, dReference,
                             RollUnit(bRecurring, row.Long(col::RecurrenceType), QString()), now);
 
-        // Step 5: the properties, in their order.
+        // The properties, in their order.
         auto setText = [&](int line, const char* name, int pos) {
             g(line);
             if (!row.Text(pos).isEmpty()) item.set(QString::fromLatin1(name), row.Text(pos));
@@ -113,7 +113,7 @@ void CreateTaskFromTemplateForEdit(Bool16& /*bEdit*/, const Clock& now)
         g(930);
         item.UserProperties().Add(QStringLiteral("Source"), ol::olText)->set(QStringLiteral("Steplets"));
 
-        // Step 6: the pattern; asking for it makes the task recurring.
+        // The pattern; asking for it makes the task recurring.
         g(940);
         if (bRecurring) {
             g(950);
@@ -157,7 +157,7 @@ void CreateTaskFromTemplateForEdit(Bool16& /*bEdit*/, const Clock& now)
             put(1100, "Regenerate", row.Flag(col::Regenerate));
         }
 
-        // Step 7 and 8: saved, then the total work, which only a save on the form keeps.
+        // Saved, then the total work, which only a save on the form keeps.
         g(1110); item.Save();
         set(1120, "TotalWork", row.Long(col::TotalWork));
     }, release);

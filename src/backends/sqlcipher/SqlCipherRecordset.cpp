@@ -235,7 +235,7 @@ void SqlCipherRecordset::MoveFirst()
 {
     catchUp();
     commitPending();
-    // As with any cursor of the system: an empty set has no first row to go to.
+    // An empty set has no first row to go to, whatever the cursor.
     if (m_view.empty()) throw noCurrentRecord();
     toFirst();
 }

@@ -1,6 +1,6 @@
 #pragma once
 // A window as logic: its controls by name, its tab order and focus, and the life of a modal window
-// (Load, Activate, QueryUnload, Unload, Hide) as the windows of the system rely on it. A window is
+// (Load, Activate, QueryUnload, Unload, Hide) as the windows rely on it. A window is
 // a class derived from Form that holds its controls as members and overrides the form events it
 // handles. It is shown modally through the UiHost and unloaded by its creator; a handler that
 // unloads its own window returns normally to its caller.

@@ -1,5 +1,5 @@
 #pragma once
-// A date as the system counts it: days since 30 Dec 1899, the time of day as the fraction.
+// A date: days since 30 Dec 1899, the time of day as the fraction.
 // Day 0 is the "zero date"; 1 Jan 4501 is the task store's "no date".
 #include <QDate>
 #include <QDateTime>

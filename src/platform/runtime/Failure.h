@@ -1,5 +1,5 @@
 #pragma once
-// The one failure type of the system: what the run-time, a port or a backend raises, and what a
+// The one failure type: what the run-time, a port or a backend raises, and what a
 // routine's handler reports. Number, description and source are taken as they stand.
 #include <QString>
 #include <exception>

@@ -34,7 +34,7 @@ private:
     std::int16_t m_v = 0;
 };
 
-// A boolean as the system stores it: True is -1, False is 0; its text is "True"/"False".
+// A 16-bit boolean: True is -1, False is 0; its text is "True"/"False".
 class Bool16 {
 public:
     constexpr Bool16() = default;
