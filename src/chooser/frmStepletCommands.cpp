@@ -2,6 +2,7 @@
 // templates), the selection marks that turn ticks into the store's Tag column, and the list's
 // own keys.
 #include "dialogs/OpenOptions.h"
+#include "platform/runtime/Constants.h"
 #include "dialogs/TemplateAuthoring.h"
 #include "dialogs/frmPrompt.h"
 #include "frmSteplet.h"
@@ -12,13 +13,9 @@
 
 namespace steplets {
 
+using namespace vb;
+
 namespace {
-constexpr long vbYesNo = 4;
-constexpr long vbSystemModal = 4096;
-constexpr int vbYes = 6;
-constexpr int vbKeyC = 67;
-constexpr int vbShiftMask = 1;
-constexpr int vbCtrlMask = 2;
 
 const QString kNoticeTitle = QStringLiteral("Steplets");
 const QString kNotice = QStringLiteral("Steplets, copyright 2026 the Steplets developers. All rights reserved.");
@@ -81,7 +78,7 @@ void frmSteplet::cmdAdd_Click()
         }
         g(50); {
             frmPrompt prompt(host());
-            qint32 mode = 3;
+            qint32 mode = promptMode::NewGroup;
             Bool16 noDate(false), noText(false);
             QString caption = QStringLiteral("Name of New Group"), header = QStringLiteral("New Group"), none;
             prompt.PromptDialog(mode, noDate, noText, caption, header, none);

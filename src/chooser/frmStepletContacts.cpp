@@ -1,6 +1,7 @@
 // The contact area of frmSteplet: the one contact of txtContact, chosen or cleared with the tool
 // bar, and the two check boxes that switch to several contacts chosen at launch.
 #include "frmSteplet.h"
+#include "platform/runtime/Constants.h"
 #include "platform/ContactPicker.h"
 #include "platform/Guard.h"
 #include "platform/OutlookGateway.h"
@@ -76,7 +77,7 @@ void frmSteplet::contactOptionClick(const QString& literal, CheckBox& option, Ch
             g(60); select.setEnabled(true);
             g(70); clear.setEnabled(!txtContact.Text().isEmpty());
             g(80); twin.setEnabled(true);
-            g(90); session().iContactMode = 0;
+            g(90); session().iContactMode = contactMode::OneOrNone;
         }
         g(100); abSelectContact.Refresh();
     }, [&] { Unload(); });

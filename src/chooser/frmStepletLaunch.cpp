@@ -1,6 +1,7 @@
 // The launch of a processing run: marks, contacts, counts, common input, the seeded grid and the
 // modal processing window.
 #include "dialogs/frmPrompt.h"
+#include "platform/runtime/Constants.h"
 #include "dialogs/frmSelectContacts.h"
 #include "frmSteplet.h"
 #include "platform/Guard.h"
@@ -12,8 +13,9 @@
 
 namespace steplets {
 
+using namespace vb;
+
 namespace {
-constexpr long vbSystemModal = 4096;
 const QString kUserInput = QStringLiteral("Prompt for user input");
 
 // One use of the prompt dialog, unloaded straight after.
@@ -91,7 +93,7 @@ void frmSteplet::ProcessTasksButton_Click()
 
             g(220); const Int16 T = Int16::from(static_cast<long long>(templates.RecordCount()));
             Int16 P(1);
-            if (s.iContactMode == 2) {
+            if (s.iContactMode == contactMode::SeparatePasses) {
                 P = Int16::from(static_cast<long long>(s.aSelectedContacts.ubound()));
                 p.m_iNewTaskCount = P * T;
             } else {
@@ -103,7 +105,7 @@ void frmSteplet::ProcessTasksButton_Click()
                 Int16 A(0), U(0);
                 g(240); templates.MoveFirst();
                 while (!templates.EOF_()) {
-                    g(250); if (templates.Fields(modTasks::col::DateType).value().longOrZero() == 2) ++A;
+                    g(250); if (templates.Fields(modTasks::col::DateType).value().longOrZero() == dateType::Anchor) ++A;
                     for (int f = modTasks::col::FillIn1; f <= modTasks::col::FillIn4; ++f) {
                         if (templates.Fields(f).value().textOrEmpty() == kUserInput) {
                             ++U;
@@ -147,7 +149,7 @@ void frmSteplet::ProcessTasksButton_Click()
 
             g(350); p.MSHFlexGrid1.setRows(p.m_iNewTaskCount + Int16(20));
             Int16 column(0);
-            g(360); if (s.iContactMode != 2) {
+            g(360); if (s.iContactMode != contactMode::SeparatePasses) {
                 templates.MoveFirst();
                 for (Int16 i(1); i <= p.m_iNewTaskCount; ++i) {
                     g(370); p.MSHFlexGrid1.setTextArray(p.faIndex(i, column), templates.Fields(modTasks::col::Subject).value().toText());

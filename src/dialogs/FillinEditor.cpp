@@ -1,4 +1,5 @@
 #include "FillinEditor.h"
+#include "platform/runtime/Constants.h"
 #include "FormatPreview.h"
 #include "controls/Controls.h"
 #include "platform/Guard.h"
@@ -7,9 +8,7 @@
 
 namespace steplets {
 
-namespace {
-constexpr long vbOKOnly = 0;
-} // namespace
+using namespace vb;
 
 FillinEditor::FillinEditor(const Parts& parts, Options options) : m(parts), m_options(std::move(options))
 {

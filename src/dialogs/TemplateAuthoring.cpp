@@ -1,4 +1,5 @@
 #include "TemplateAuthoring.h"
+#include "platform/runtime/Constants.h"
 #include "frmNewTask.h"
 #include "frmPrompt.h"
 #include "platform/Guard.h"
@@ -12,9 +13,9 @@
 
 namespace steplets::modTasks {
 
+using namespace vb;
+
 namespace {
-constexpr long vbOKCancel = 1;
-constexpr int vbOK = 1;
 
 // The doubled "to" across the line break is the message as it has always read.
 const QString kMissingSubject = QStringLiteral(
@@ -113,7 +114,7 @@ Bool16 ViewNewTemplate()
             if (answer != vbOK) return;
             g.ignoring(70, [&] {
                 frmPrompt prompt(ui());
-                qint32 mode = 5;
+                qint32 mode = promptMode::Input;
                 Bool16 noDate(false), withText(true);
                 QString label = QStringLiteral("Task Subject");
                 QString header = QStringLiteral("Please enter the subject of your new task template.");

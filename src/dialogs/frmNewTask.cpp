@@ -1,4 +1,5 @@
 #include "frmNewTask.h"
+#include "platform/runtime/Constants.h"
 #include "frmPrompt.h"
 #include "platform/Guard.h"
 #include "platform/StoreGateway.h"
@@ -10,8 +11,9 @@
 
 namespace steplets {
 
+using namespace vb;
+
 namespace {
-constexpr long vbSystemModal = 4096;
 constexpr int kPageLeft = 225;
 constexpr int kButtonTop = 4875;
 constexpr int kCancelLeft = 6105;
@@ -248,7 +250,7 @@ void frmNewTask::CreateEditButton_Click()
             g(100); Hide();
             g(110);
             frmPrompt help(host());
-            qint32 mode = 4;
+            qint32 mode = promptMode::NewTemplateHelp;
             Bool16 noDate(false), noText(false);
             QString none, item = QStringLiteral("New Task"), noAnchor;
             help.PromptDialog(mode, noDate, noText, none, item, noAnchor);

@@ -1,4 +1,5 @@
 #include "frmPrompt.h"
+#include "platform/runtime/Constants.h"
 #include "platform/Guard.h"
 #include "platform/SettingsGateway.h"
 #include "platform/UiHost.h"
@@ -8,9 +9,9 @@
 
 namespace steplets {
 
+using namespace vb;
+
 namespace {
-constexpr long vbExclamation = 48;
-constexpr long vbSystemModal = 4096;
 
 const char* const kHelpPage[] = {
     "Now that you have set the basic options for your new task template, Steplets will open an Outlook task form for you to edit.  Please use this form to set all of the properties of your new task template, including the subject, body, due date, priority, recurrence pattern, etc.",
@@ -90,27 +91,27 @@ void frmPrompt::PromptDialog(qint32& iPromptType, Bool16& blnAnchorDate, Bool16&
     g.run([&] {
         g(20);
         switch (iPromptType) {
-        case 1:
+        case promptMode::TemplateOptions:
             setCaption(QStringLiteral(" Steplets: Task Template Options"));
             hdrText.setCaption(QStringLiteral("Please set the following options for your template named '") + sItemDesc + QStringLiteral("'."));
             break;
-        case 2:
+        case promptMode::GroupOptions:
             setCaption(QStringLiteral(" Steplets: Template Group Options"));
             hdrText.setCaption(QStringLiteral("Please set the following options for your template group named '") + sItemDesc + QStringLiteral("'."));
             break;
-        case 3:
+        case promptMode::NewGroup:
             setCaption(QStringLiteral(" Steplets: New Template Group"));
             hdrText.setCaption(QStringLiteral("Please enter the name of your new task template group, then click on OK."));
             break;
-        case 4:
+        case promptMode::NewTemplateHelp:
             setCaption(QStringLiteral(" Steplets: New Task Template Help"));
             hdrText.setCaption(QStringLiteral("IMPORTANT NOTE:  Editing the properties of your new task template."));
             break;
-        case 5:
+        case promptMode::Input:
             setCaption(QStringLiteral(" Steplets"));
             hdrText.setCaption(sItemDesc);
             break;
-        case 6:
+        case promptMode::CommonInputQuestion:
             setCaption(QStringLiteral(" Steplets Processing"));
             hdrText.setCaption(QStringLiteral("Would you like to use common input for all of the selected tasks?"));
             break;
@@ -119,7 +120,7 @@ void frmPrompt::PromptDialog(qint32& iPromptType, Bool16& blnAnchorDate, Bool16&
         }
         g(30);
         switch (iPromptType) {
-        case 3:
+        case promptMode::NewGroup:
             g(40); setHeight(3135);
             Frame1[1].setTop(1035);
             Frame1[1].setCaption(sUserPrompt);
@@ -127,14 +128,14 @@ void frmPrompt::PromptDialog(qint32& iPromptType, Bool16& blnAnchorDate, Bool16&
             txtUserInput.setVisible(true);
             setButtonsTop(2160);
             break;
-        case 4:
+        case promptMode::NewTemplateHelp:
             g(50); bHelpMode = true;
             setHeight(5250);
             setButtonsTop(4230);
             for (auto& l : Label1) l.setVisible(true);
             Check1.setVisible(true);
             break;
-        case 6:
+        case promptMode::CommonInputQuestion:
             g(60); setHeight(4110);
             OKButton.setCaption(QStringLiteral("&Yes"));
             CancelButton.setCaption(QStringLiteral("&No"));

@@ -1,4 +1,5 @@
 #include "frmSelectContacts.h"
+#include "platform/runtime/Constants.h"
 #include "platform/Guard.h"
 #include "platform/StoreGateway.h"
 #include "session/SessionContext.h"
@@ -55,14 +56,14 @@ void frmSelectContacts::Form_Load()
         for (int i = 0; i < count; ++i) {
             g(30); const QString text = m_contacts.text(i);
             g(40); if (text.isEmpty()) continue;
-            g(50); if (s.iContactMode == 1 && text == sExcludeContact) continue;
+            g(50); if (s.iContactMode == contactMode::Linked && text == sExcludeContact) continue;
             g(60); lbContacts.AddItem(text);
             g(70); lbContacts.setItemData(lbContacts.NewIndex(), m_contacts.itemData(i));
         }
-        g(80); if (s.iContactMode == 1)
+        g(80); if (s.iContactMode == contactMode::Linked)
             hdrText.setCaption(QStringLiteral("Select the contacts to link to the task(s) you are processing.  "
                                               "A separate task will be processed for each contact selected."));
-        else if (s.iContactMode == 2)
+        else if (s.iContactMode == contactMode::SeparatePasses)
             hdrText.setCaption(QStringLiteral("Select the contacts to link to the task(s) you are processing.  "
                                               "Each contact selected below will be linked to each task processed."));
     });

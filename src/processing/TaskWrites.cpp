@@ -6,27 +6,6 @@ namespace steplets::processing {
 
 using namespace modTasks;
 
-void WorkingValues::take(Recordset& rs, int pos)
-{
-    at(pos);
-    Value v = rs.Fields(pos).value();
-    if (!v.isNull()) m_values[static_cast<std::size_t>(pos)] = std::move(v);
-}
-
-const Value& WorkingValues::at(int pos) const
-{
-    if (pos < 0 || pos > col::Last) throw Failure::subscript();
-    return m_values[static_cast<std::size_t>(pos)];
-}
-
-bool WorkingValues::Flag(int pos) const
-{
-    const Value& v = at(pos);
-    // A yes/no kept as text says nothing when empty.
-    if (v.type() == Value::Type::Text && v.toText().isEmpty()) return false;
-    return v.boolOrFalse();
-}
-
 bool isReadForTask(int pos)
 {
     return (pos >= col::ActualWork && pos <= col::Status) || (pos >= col::Subject && pos <= col::TotalWork)

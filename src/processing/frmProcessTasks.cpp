@@ -1,4 +1,5 @@
 #include "frmProcessTasks.h"
+#include "platform/runtime/Constants.h"
 #include "dialogs/frmPrompt.h"
 #include "platform/Guard.h"
 #include "platform/OutlookGateway.h"
@@ -151,7 +152,7 @@ void frmProcessTasks::ProcessTasks()
         bProcessing = true;
         iRowOffset = Int16(0);
 
-        if (s.iContactMode != 2) {
+        if (s.iContactMode != contactMode::SeparatePasses) {
             // One pass, with the one contact if any.
             g(30); bLastPass = true;
             g(40); ProcessTemplateOptions();
@@ -231,7 +232,7 @@ void frmProcessTasks::ProcessTemplateOptions()
 
             // An anchor, common or asked.
             g(100);
-            if (iDateType == 2) {
+            if (iDateType == dateType::Anchor) {
                 if (m_blnGroupAnchor) aAnchorDates[i] = s.dPromptAnchorDate;
                 else bAskAnchor = true;
             }
@@ -257,7 +258,7 @@ void frmProcessTasks::ProcessTemplateOptions()
                 g(140);
                 {
                     frmPrompt prompt(host());
-                    qint32 iPromptType = 1;
+                    qint32 iPromptType = promptMode::TemplateOptions;
                     prompt.PromptDialog(iPromptType, bAskAnchor, bAskInput, sPromptText, sSubject, sAnchorDescription);
                     g(150); prompt.Unload();
                 }

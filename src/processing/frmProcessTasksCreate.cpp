@@ -1,5 +1,6 @@
 // Task creation: one pass over the filtered templates, each row becoming a task in its stages.
 #include "TaskWrites.h"
+#include "platform/runtime/Constants.h"
 #include "frmProcessTasks.h"
 #include "platform/OutlookGateway.h"
 #include "platform/SafeTaskItem.h"
@@ -44,7 +45,7 @@ void frmProcessTasks::CreateTaskFromTemplate()
         EditedTemplateState& t = EditedTemplate();
         const Clock clock = [this] { return now(); };
         // Working values of the pass: a Null column leaves what the last row had.
-        processing::WorkingValues w;
+        TemplateRow w;
         QString sTemplateSubject;
         QString sGridSubject;
         Date dBase;
@@ -81,7 +82,7 @@ void frmProcessTasks::CreateTaskFromTemplate()
 
             // The contacts of this row.
             g(80);
-            if (s.iContactMode == 1) {
+            if (s.iContactMode == contactMode::Linked) {
                 const long last = s.aSelectedContacts.ubound();
                 aContacts.redim(1, last);
                 for (long k = 1; k <= last; ++k) aContacts[k] = fetchContact(s.aSelectedContacts[k], s.sContactFolderSID);
@@ -148,7 +149,7 @@ void frmProcessTasks::CreateTaskFromTemplate()
                 case TaskWrite::Kind::Links: {
                     // By the first rule that applies, then the user on top, even a second time.
                     g(530);
-                    if (s.iContactMode == 1) {
+                    if (s.iContactMode == contactMode::Linked) {
                         for (long k = 1; k <= aContacts.ubound(); ++k) task.Links().Add(must(aContacts[k]));
                         g(540);
                         sLinkText = s.aSelectedContacts.ubound() < 2 ? must(aContacts[1]).FileAs()
@@ -164,50 +165,10 @@ void frmProcessTasks::CreateTaskFromTemplate()
                     if (s.iLinkUser == 1) task.Links().Add(must(fetchContact(s.sUserEID, s.sUserFldrSID)));
                     break;
                 }
-                case TaskWrite::Kind::Recurrence: {
+                case TaskWrite::Kind::Recurrence:
                     if (!w.Flag(col::IsRecurring)) break;
-                    g(610);
-                    auto oPattern = task.GetRecurrencePattern();
-                    const qint32 lType = w.Long(col::RecurrenceType);
-                    const bool bYearly = lType == ol::olRecursYearly || lType == ol::olRecursYearNth;
-                    auto put = [&](int line, const char* property, const Value& v) {
-                        g(line);
-                        oPattern->set(QString::fromLatin1(property), v);
-                    };
-                    put(620, "RecurrenceType", lType);
-                    g(630);
-                    if (!bYearly) put(630, "Interval", w.Long(col::Interval));
-                    g(640);
-                    if (!rule.fixed()) {
-                        g(650);
-                        if (auto d = rule.PatternEndDate(w.Long(col::PatternEndOffset))) put(650, "PatternEndDate", *d);
-                        g(660);
-                        if (auto d = rule.PatternStartDate(Date(), w.Long(col::PatternStartOffset)))
-                            put(660, "PatternStartDate", *d);
-                    } else {
-                        if (w.Flag(col::NoEndDate)) {
-                            put(670, "NoEndDate", true);
-                        } else {
-                            put(680, "PatternEndDate", w.DateAt(col::PatternEndDate));
-                            put(690, "Occurrences", w.Long(col::Occurrences));
-                        }
-                        put(700, "PatternStartDate", *rule.PatternStartDate(w.DateAt(col::PatternStartDate), 0));
-                    }
-                    g(710);
-                    if ((lType == ol::olRecursMonthNth || lType == ol::olRecursYearNth) && w.Long(col::Instance) < 6)
-                        put(710, "Instance", w.Long(col::Instance));
-                    g(720);
-                    if (w.Long(col::DayOfMonth) != 0) put(720, "DayOfMonth", w.Long(col::DayOfMonth));
-                    g(730);
-                    if (w.Long(col::DayOfWeekMask) != 0) put(730, "DayOfWeekMask", w.Long(col::DayOfWeekMask));
-                    g(740);
-                    if (w.Long(col::MonthOfYear) != 0) put(740, "MonthOfYear", w.Long(col::MonthOfYear));
-                    g(750);
-                    if (bYearly) put(750, "MonthOfYear", w.Long(col::MonthOfYear));
-                    put(760, "Regenerate", w.Flag(col::Regenerate));
-                    g(770); oPattern.reset();
+                    g(610); WriteRecurrence(g, 620, *task.GetRecurrencePattern(), w, rule);
                     break;
-                }
                 }
             }
 

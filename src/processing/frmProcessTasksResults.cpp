@@ -1,5 +1,6 @@
 // Results of a run: the row of each task, the counters, review by double click, and Undo.
 #include "frmProcessTasks.h"
+#include "platform/runtime/Constants.h"
 #include "platform/OutlookGateway.h"
 #include "platform/StoreGateway.h"
 #include "platform/UiHost.h"
@@ -156,7 +157,7 @@ void frmProcessTasks::cmdUndo_Click()
     g.run([&] {
         SessionContext& s = session();
         g(10);
-        if (host().MsgBox(QStringLiteral("Are you sure you want to delete all of the processed tasks?"), 4,
+        if (host().MsgBox(QStringLiteral("Are you sure you want to delete all of the processed tasks?"), vb::vbYesNo,
                           QStringLiteral("Undo Task Processing"))
             == static_cast<int>(MsgBoxAnswer::No))
             return;

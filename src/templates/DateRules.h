@@ -3,6 +3,7 @@
 // a roll unit chosen by the recurrence, fixed dates rolled forward one unit at a time until they
 // are not in the past, and distances added to the base date (minutes by calendar arithmetic,
 // pattern days by plain day numbers). Shared by the task-for-edit routine and task processing.
+#include "platform/runtime/Constants.h"
 #include "platform/runtime/Date.h"
 #include "platform/runtime/Int16.h"
 #include <QString>
@@ -17,11 +18,7 @@ using Clock = std::function<Date()>;
 // The session's clock: the UI host's Now.
 Clock uiClock();
 
-namespace dateType {
-inline constexpr int Fixed = 0;
-inline constexpr int Relative = 1;
-inline constexpr int Anchor = 2;
-} // namespace dateType
+namespace dateType = steplets::dateType;
 
 // The base date of a row: the present moment for a relative template, the anchor for an anchor
 // template; a fixed template sets none, and an unknown type keeps the base of the last row that

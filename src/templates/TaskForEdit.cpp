@@ -116,45 +116,7 @@ void CreateTaskFromTemplateForEdit(Bool16& /*bEdit*/, const Clock& now)
         // The pattern; asking for it makes the task recurring.
         g(940);
         if (bRecurring) {
-            g(950);
-            const auto oPattern = item.GetRecurrencePattern();
-            const long lType = row.Long(col::RecurrenceType);
-            const bool bYearly = lType == ol::olRecursYearly || lType == ol::olRecursYearNth;
-            auto put = [&](int line, const char* name, const Value& v) {
-                g(line);
-                oPattern->set(QString::fromLatin1(name), v);
-            };
-            put(960, "RecurrenceType", row.Long(col::RecurrenceType));
-            g(970);
-            if (!bYearly) put(970, "Interval", row.Long(col::Interval));
-            g(980);
-            if (rule.fixed()) {
-                if (!row.Flag(col::NoEndDate)) {
-                    put(990, "PatternEndDate", row.DateAt(col::PatternEndDate));
-                    put(1000, "Occurrences", row.Long(col::Occurrences));
-                } else {
-                    put(1010, "NoEndDate", true);
-                }
-                put(1020, "PatternStartDate", *rule.PatternStartDate(row.DateAt(col::PatternStartDate), 0));
-            } else {
-                g(1030);
-                if (auto dEnd = rule.PatternEndDate(row.Long(col::PatternEndOffset))) put(1030, "PatternEndDate", *dEnd);
-                g(1040);
-                if (auto dBegin = rule.PatternStartDate(Date(), row.Long(col::PatternStartOffset)))
-                    put(1040, "PatternStartDate", *dBegin);
-            }
-            g(1050);
-            if ((lType == ol::olRecursMonthNth || lType == ol::olRecursYearNth) && row.Long(col::Instance) < 6)
-                put(1050, "Instance", row.Long(col::Instance));
-            g(1060);
-            if (row.Long(col::DayOfMonth) != 0) put(1060, "DayOfMonth", row.Long(col::DayOfMonth));
-            g(1070);
-            if (row.Long(col::DayOfWeekMask) != 0) put(1070, "DayOfWeekMask", row.Long(col::DayOfWeekMask));
-            g(1080);
-            if (row.Long(col::MonthOfYear) != 0) put(1080, "MonthOfYear", row.Long(col::MonthOfYear));
-            g(1090);
-            if (bYearly) put(1090, "MonthOfYear", row.Long(col::MonthOfYear));
-            put(1100, "Regenerate", row.Flag(col::Regenerate));
+            g(950); WriteRecurrence(g, 960, *item.GetRecurrencePattern(), row, rule);
         }
 
         // Saved, then the total work, which only a save on the form keeps.

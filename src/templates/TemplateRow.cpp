@@ -75,6 +75,65 @@ void TemplateRow::read(Recordset& rs, int pos)
     m_values[static_cast<std::size_t>(pos)] = rs.Fields(pos).value();
 }
 
+void TemplateRow::take(Recordset& rs, int pos)
+{
+    value(pos);
+    Value v = rs.Fields(pos).value();
+    if (!v.isNull()) m_values[static_cast<std::size_t>(pos)] = std::move(v);
+}
+
+bool TemplateRow::Flag(int pos) const
+{
+    const Value& v = value(pos);
+    if (v.type() == Value::Type::Text && v.toText().isEmpty()) return false;
+    return v.boolOrFalse();
+}
+
+void WriteRecurrence(Guard& g, int firstLine, ol::RecurrencePattern& pattern, const TemplateRow& row, const DateRule& rule)
+{
+    auto put = [&](int step, const char* name, const Value& v) {
+        g(firstLine + 10 * step);
+        pattern.set(QString::fromLatin1(name), v);
+    };
+    auto line = [&](int step) { g(firstLine + 10 * step); };
+    const qint32 lType = row.Long(col::RecurrenceType);
+    const bool bYearly = lType == ol::olRecursYearly || lType == ol::olRecursYearNth;
+    put(0, "RecurrenceType", lType);
+    // The interval of a yearly pattern is left to the task.
+    line(1);
+    if (!bYearly) put(1, "Interval", row.Long(col::Interval));
+    line(2);
+    if (!rule.fixed()) {
+        // Distances: an end or a start only where one was stored, and never a count.
+        line(3);
+        if (auto d = rule.PatternEndDate(row.Long(col::PatternEndOffset))) put(3, "PatternEndDate", *d);
+        line(4);
+        if (auto d = rule.PatternStartDate(Date(), row.Long(col::PatternStartOffset))) put(4, "PatternStartDate", *d);
+    } else {
+        if (row.Flag(col::NoEndDate)) {
+            put(5, "NoEndDate", true);
+        } else {
+            // The end as it was stored, not rolled; the start rolled.
+            put(6, "PatternEndDate", row.DateAt(col::PatternEndDate));
+            put(7, "Occurrences", row.Long(col::Occurrences));
+        }
+        put(8, "PatternStartDate", *rule.PatternStartDate(row.DateAt(col::PatternStartDate), 0));
+    }
+    line(9);
+    if ((lType == ol::olRecursMonthNth || lType == ol::olRecursYearNth) && row.Long(col::Instance) < 6)
+        put(9, "Instance", row.Long(col::Instance));
+    line(10);
+    if (row.Long(col::DayOfMonth) != 0) put(10, "DayOfMonth", row.Long(col::DayOfMonth));
+    line(11);
+    if (row.Long(col::DayOfWeekMask) != 0) put(11, "DayOfWeekMask", row.Long(col::DayOfWeekMask));
+    line(12);
+    if (row.Long(col::MonthOfYear) != 0) put(12, "MonthOfYear", row.Long(col::MonthOfYear));
+    // Written once more for a yearly pattern, whatever it holds: the task may have moved it.
+    line(13);
+    if (bYearly) put(13, "MonthOfYear", row.Long(col::MonthOfYear));
+    put(14, "Regenerate", row.Flag(col::Regenerate));
+}
+
 void SaveTemplateToDB(Bool16& bEdit, const Clock& now)
 {
     Guard g(QStringLiteral("modTasks: SaveTemplateToDB"));

@@ -10,7 +10,9 @@
 #include <array>
 
 namespace steplets {
+class Guard;
 class Recordset;
+namespace ol { class RecurrencePattern; }
 }
 
 namespace steplets::modTasks {
@@ -38,17 +40,22 @@ QString TemplateColumnName(int pos);
 // later ones, the task store's no-date among them, store 0.
 inline constexpr double kLastDistanceDay = 47483.0;
 
-// The values of one row as read: a column not read, or read as Null, gives the zero value of
-// its reader type (0, False, the empty text, the zero date).
+// The values of template rows as the readers take them: a column not read, or read as Null,
+// gives the zero value of its reader type (0, False, the empty text, the zero date). One row read
+// for itself uses read(); the working values of a processing pass use take(), so a Null keeps
+// what the row before held.
 class TemplateRow {
 public:
     // Reads the column of the current row; a Null leaves the zero value.
     void read(Recordset& rs, int pos);
+    // Takes the column of the current row only when it holds a value.
+    void take(Recordset& rs, int pos);
     bool isNull(int pos) const { return value(pos).isNull(); }
 
     qint32 Long(int pos) const { return value(pos).longOrZero(); }
     Int16 Short(int pos) const { return value(pos).int16OrZero(); }
-    bool Flag(int pos) const { return value(pos).boolOrFalse(); }
+    // A yes/no kept as text says nothing when the text is empty.
+    bool Flag(int pos) const;
     QString Text(int pos) const { return value(pos).textOrEmpty(); }
     Date DateAt(int pos) const { return value(pos).dateOrZero(); }
 
@@ -61,5 +68,10 @@ private:
 // bEdit is False, the current row when True. Text columns are written only when not empty.
 // Ends by deleting the temporary task. After a failure the row stays in its unfinished edit.
 void SaveTemplateToDB(Bool16& bEdit, const Clock& now = uiClock());
+
+// Writes a recurring row's pattern onto a task's pattern, as both the task for edit and a
+// processed task make it: the members the row's type uses, with the dates of `rule`. Statement
+// numbers run from `firstLine` in steps of 10.
+void WriteRecurrence(Guard& g, int firstLine, ol::RecurrencePattern& pattern, const TemplateRow& row, const DateRule& rule);
 
 } // namespace steplets::modTasks

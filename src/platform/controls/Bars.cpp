@@ -6,7 +6,7 @@
 namespace steplets {
 
 namespace {
-Failure outOfBounds() { return Failure(35600, QStringLiteral("Index out of bounds")); }
+Failure outOfBounds() { return Failure::indexOutOfBounds(); }
 } // namespace
 
 // --- StatusBar ---
@@ -40,21 +40,21 @@ QJsonObject StatusBar::snapshot() const {
 // --- ProgressBar ---
 
 void ProgressBar::setMin(int v) {
-    if (v > m_max) throw Failure(380, QStringLiteral("Invalid property value"));
+    if (v > m_max) throw Failure::invalidPropertyValue();
     m_min = v;
     m_value = std::max(m_value, v);
     changed();
 }
 
 void ProgressBar::setMax(int v) {
-    if (v < m_min) throw Failure(380, QStringLiteral("Invalid property value"));
+    if (v < m_min) throw Failure::invalidPropertyValue();
     m_max = v;
     m_value = std::min(m_value, v);
     changed();
 }
 
 void ProgressBar::setValue(int v) {
-    if (v < m_min || v > m_max) throw Failure(380, QStringLiteral("Invalid property value"));
+    if (v < m_min || v > m_max) throw Failure::invalidPropertyValue();
     m_value = v;
     changed();
 }

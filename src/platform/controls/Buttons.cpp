@@ -10,7 +10,7 @@ void CommandButton::userClick() {
 }
 
 void CheckBox::setValue(int value) {
-    if (value < Unchecked || value > Grayed) throw Failure(380, QStringLiteral("Invalid property value"));
+    if (value < Unchecked || value > Grayed) throw Failure::invalidPropertyValue();
     if (value == m_value) return;
     m_value = value;
     changed();

@@ -112,7 +112,7 @@ void Control::changed() { m_form.controlChanged(*this); }
 
 void throwNoSuchElement(const QString& name, int index) {
     (void)name;
-    throw Failure(340, QStringLiteral("Control array element '%1' doesn't exist").arg(index));
+    throw Failure::noSuchElement(index);
 }
 
 } // namespace steplets

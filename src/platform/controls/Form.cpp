@@ -28,10 +28,10 @@ void Form::Load() {
 void Form::Show() {
     if (!m_loaded) {
         Load();
-        if (!m_loaded) throw Failure(364, QStringLiteral("Object was unloaded"));
+        if (!m_loaded) throw Failure::objectUnloaded();
     }
     if (m_visible && m_modalDepth > 0)
-        throw Failure(400, QStringLiteral("Form already displayed; can't show modally"));
+        throw Failure::alreadyShownModally();
     m_host.showModal(*this);
 }
 
@@ -125,7 +125,7 @@ int Form::tabIndexOf(const Control* c) const {
 void Form::placeInTabOrder(Control* c, int index) {
     auto it = std::find(m_tabOrder.begin(), m_tabOrder.end(), c);
     if (it == m_tabOrder.end()) return;
-    if (index < 0) throw Failure(380, QStringLiteral("Invalid property value"));
+    if (index < 0) throw Failure::invalidPropertyValue();
     m_tabOrder.erase(it);
     index = std::min<int>(index, static_cast<int>(m_tabOrder.size()));
     m_tabOrder.insert(m_tabOrder.begin() + index, c);

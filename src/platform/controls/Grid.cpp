@@ -8,13 +8,13 @@ namespace steplets {
 namespace {
 Failure invalidRow() { return Failure(30009, QStringLiteral("Invalid Row value")); }
 Failure invalidCol() { return Failure(30010, QStringLiteral("Invalid Col value")); }
-Failure invalidIndex() { return Failure(381, QStringLiteral("Invalid property array index")); }
+Failure invalidIndex() { return Failure::invalidPropertyIndex(); }
 } // namespace
 
 Grid::Grid(Form& form, const QString& name, int index) : Control(form, name, index) { resize(2, 2); }
 
 void Grid::resize(int rows, int cols) {
-    if (rows < 0 || cols < 0) throw Failure(380, QStringLiteral("Invalid property value"));
+    if (rows < 0 || cols < 0) throw Failure::invalidPropertyValue();
     std::vector<QString> cells(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols));
     for (int r = 0; r < std::min(rows, m_rows); ++r)
         for (int c = 0; c < std::min(cols, m_cols); ++c)

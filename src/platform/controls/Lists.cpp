@@ -5,8 +5,8 @@
 namespace steplets {
 
 namespace {
-Failure invalidIndex() { return Failure(381, QStringLiteral("Invalid property array index")); }
-Failure invalidValue() { return Failure(380, QStringLiteral("Invalid property value")); }
+Failure invalidIndex() { return Failure::invalidPropertyIndex(); }
+Failure invalidValue() { return Failure::invalidPropertyValue(); }
 
 QJsonArray rowsJson(const ItemRows& rows, const char* flag) {
     QJsonArray items;
@@ -206,7 +206,7 @@ void ComboBox::setListIndex(int index) {
 void ComboBox::setText(const QString& text) {
     if (m_style == Style::DropDownList) {
         const int row = m_rows.find(text);
-        if (row < 0) throw Failure(383, QStringLiteral("'Text' property is read-only"));
+        if (row < 0) throw Failure::textReadOnly();
         setListIndex(row);
         return;
     }

@@ -13,7 +13,7 @@ void TabStrip::addTab(const QString& caption) {
 }
 
 void TabStrip::check(int index) const {
-    if (index < 1 || index > TabCount()) throw Failure(35600, QStringLiteral("Index out of bounds"));
+    if (index < 1 || index > TabCount()) throw Failure::indexOutOfBounds();
 }
 
 QString TabStrip::TabCaption(int index) const {

@@ -16,13 +16,13 @@ void TextBox::setText(const QString& text) {
 }
 
 void TextBox::setSelStart(int start) {
-    if (start < 0) throw Failure(380, QStringLiteral("Invalid property value"));
+    if (start < 0) throw Failure::invalidPropertyValue();
     m_selStart = std::min<int>(start, m_text.size());
     m_selLength = 0;
 }
 
 void TextBox::setSelLength(int length) {
-    if (length < 0) throw Failure(380, QStringLiteral("Invalid property value"));
+    if (length < 0) throw Failure::invalidPropertyValue();
     m_selLength = std::min<int>(length, m_text.size() - m_selStart);
 }
 

@@ -18,7 +18,7 @@ void Timer::setEnabled(bool enabled) {
 }
 
 void Timer::setInterval(int ms) {
-    if (ms < 0) throw Failure(380, QStringLiteral("Invalid property value"));
+    if (ms < 0) throw Failure::invalidPropertyValue();
     m_interval = ms;
     form().host().timerChanged(*this);
 }

@@ -25,6 +25,14 @@ public:
     static Failure typeMismatch();                             // 13
     static Failure invalidUseOfNull();                         // 94
     static Failure objectNotSet();                             // 91
+    // ... and those of the window controls.
+    static Failure noSuchElement(int index);                   // 340, of a control array
+    static Failure objectUnloaded();                           // 364
+    static Failure invalidPropertyValue();                     // 380
+    static Failure invalidPropertyIndex();                     // 381
+    static Failure textReadOnly();                             // 383
+    static Failure alreadyShownModally();                      // 400
+    static Failure indexOutOfBounds();                         // 35600
 
 private:
     long m_number;
