@@ -1,11 +1,5 @@
 # Helpers shared by the project's CMake files.
 
-function(steplets_add_if_present dir)
-  if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${dir}/CMakeLists.txt)
-    add_subdirectory(${dir})
-  endif()
-endfunction()
-
 # steplets_unit_test(NAME SOURCES... LIBS ...) : one GoogleTest executable, each test a CTest test
 # labelled "unit" (or LABEL given).
 function(steplets_gtest name)

@@ -102,6 +102,8 @@ void ContactPicker::ShowPicker(std::shared_ptr<Connection>& cnLink, qint32& lTim
     request.version = pickerVersionName(version());
     request.rows = offeredRows(cnLink, sContactFolderSID);
     request.manageContacts = static_cast<bool>(bManageContacts);
+    request.nameSpace = m_ns;
+    request.contactStoreID = sContactFolderSID;
     request.top = lTop;
     request.left = lLeft;
     request.width = lWidth;

@@ -42,6 +42,13 @@ public:
     virtual ~ItemDisplay() = default;
     virtual void displayTask(TaskItem& item, bool modal) = 0;
     virtual void displayContact(ContactItem& item, bool modal) = 0;
+    // Display(False) of a task: the window may stay up after the caller has let go of the item,
+    // so it is handed a handle of its own (nullptr when the store has none to give).
+    virtual void displayTaskModeless(TaskItem& item, const std::shared_ptr<TaskItem>& own)
+    {
+        (void)own;
+        displayTask(item, false);
+    }
 };
 
 // What task and contact items share.

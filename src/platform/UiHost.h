@@ -56,6 +56,8 @@ struct ContactPickerRequest {
     QString version;                         // "older" (names only) or "newer"
     QList<ContactPickerRow> rows;            // in the table's order
     bool manageContacts = false;             // an "Open" button may display the contact
+    std::shared_ptr<ol::NameSpace> nameSpace; // where that contact is opened: the session's namespace
+    QString contactStoreID;                  // and the store of its folder
     int top = 0, left = 0, width = 0, height = 0;   // the caller's bounds, twips
 };
 struct ContactPickerResult {

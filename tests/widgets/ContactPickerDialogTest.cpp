@@ -10,7 +10,6 @@
 #include "WidgetSupport.h"
 #include "backends/vdir/DemoContacts.h"
 #include "backends/vdir/VdirStore.h"
-#include "session/SessionContext.h"
 #include <QApplication>
 #include <QDir>
 #include <QLineEdit>
@@ -275,18 +274,15 @@ protected:
         vdir::VdirConfig config;
         config.root = tmp.path();
         app = vdir::openVdirStore(config, nullptr);
-        saved = session();
-        session().olNS = app->GetNamespace();
-        session().sContactFolderSID = QStringLiteral("store");
+        request.nameSpace = app->GetNamespace();
+        request.contactStoreID = QStringLiteral("store");
         const vdir::DemoContact& demo = vdir::demoContacts().at(2);
         request.rows.prepend(row(21, demo.lastName + QStringLiteral(", ") + demo.firstName, demo.companyName, demo.email,
                                  demo.entryId));
     }
-    ~ContactPickerOpenTest() override { session() = saved; }
 
     test::TempDir tmp;
     std::shared_ptr<ol::Application> app;
-    SessionContext saved;
 };
 
 TEST_F(ContactPickerOpenTest, WithoutManageContactsThereIsNoOpenButton)

@@ -453,13 +453,12 @@ TEST_F(QtHostTest, ItemsDisplayedWithoutWaitingStayUpBesideTheModalWindowUntilTh
     vdir::VdirConfig config;
     config.root = dir.path();
     auto app = vdir::openVdirStore(config, shared);
-    session().olNS = app->GetNamespace(QStringLiteral("MAPI"));
-    session().sTaskFolderSID = QStringLiteral("store");
-    auto task = session().olNS->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"))->Items().Add();
+    auto ns = app->GetNamespace(QStringLiteral("MAPI"));
+    auto task = ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"))->Items().Add();
     task->set(QStringLiteral("Subject"), QStringLiteral("Call the bank"));
     task->Save();
     const QString entryID = task->EntryID();
-    auto contact = ol::asContact(session().olNS->GetItemFromID(vdir::demoUser().entryId, QStringLiteral("store")));
+    auto contact = ol::asContact(ns->GetItemFromID(vdir::demoUser().entryId, QStringLiteral("store")));
 
     SampleWindow w(*shared);
     bool returned = false, modalSeen = false;
@@ -501,10 +500,9 @@ TEST_F(QtHostTest, ItemsDisplayedWithoutWaitingStayUpBesideTheModalWindowUntilTh
     EXPECT_FALSE(modalSeen);
     // The session's last modal window has gone, and the card with it.
     EXPECT_FALSE(contactWindow && contactWindow->isVisible());
-    EXPECT_EQ(ol::asTask(session().olNS->GetItemFromID(entryID, QStringLiteral("store")))->Subject(),
+    EXPECT_EQ(ol::asTask(ns->GetItemFromID(entryID, QStringLiteral("store")))->Subject(),
               QStringLiteral("Call the bank on Monday"));
     w.Unload();
-    session() = SessionContext();
 }
 
 // --- Timers, yielding, pointer, failures ---

@@ -1,7 +1,6 @@
 #include "ContactPickerDialog.h"
 #include "FormView.h"
 #include "runtime/Failure.h"
-#include "session/SessionContext.h"
 #include <QDialogButtonBox>
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -19,14 +18,6 @@ namespace steplets::qt {
 namespace {
 
 const int kRowRole = Qt::UserRole;
-
-QString argument(const ContactPickerRequest& request, const QString& name)
-{
-    for (const auto& [key, value] : request.arguments)
-        if (key == name)
-            return value.textOrEmpty();
-    return {};
-}
 
 } // namespace
 
@@ -202,14 +193,11 @@ void ContactPickerDialog::openSelected()
     const ContactPickerRow* row = selected.isEmpty() ? nullptr : rowOf(selected.first());
     if (!row || row->entryID.isEmpty())
         return;
-    // The card lies in the session's contact folder; the request names its store when it can.
-    QString storeID = argument(m_request, QStringLiteral("sContactFolderSID"));
-    if (storeID.isEmpty())
-        storeID = session().sContactFolderSID;
+    // The card lies in the contact folder the request names.
     try {
-        if (!session().olNS)
+        if (!m_request.nameSpace)
             throw Failure(91, QStringLiteral("There is no connection to the contact store."));
-        const auto contact = ol::asContact(session().olNS->GetItemFromID(row->entryID, storeID));
+        const auto contact = ol::asContact(m_request.nameSpace->GetItemFromID(row->entryID, m_request.contactStoreID));
         m_display.displayContact(*contact, true);
     } catch (const Failure& f) {
         QMessageBox::warning(this, windowTitle(),

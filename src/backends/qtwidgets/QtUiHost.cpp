@@ -3,7 +3,6 @@
 #include "HelpKey.h"
 #include "controls/Controls.h"
 #include "runtime/Failure.h"
-#include "session/SessionContext.h"
 #include <QApplication>
 #include <QDateTime>
 #include <QEventLoop>
@@ -383,19 +382,20 @@ void QtUiHost::setScreenMousePointer(int pointer)
 
 // --- Item windows and the contact picker ---
 
+void QtUiHost::displayTaskModeless(ol::TaskItem& item, const std::shared_ptr<ol::TaskItem>& own)
+{
+    // A task never saved has no handle of its own worth keeping and stays modal.
+    if (!own || item.EntryID().isEmpty()) return displayTask(item, true);
+    if (m_driver) m_driver->itemDisplayed(item, false);
+    auto* window = new TaskWindow(*own, activeWindow());
+    QObject::connect(window, &QObject::destroyed, [own] {});   // the handle lives as long as the window
+    keepItemWindow(window);
+}
+
 void QtUiHost::displayTask(ol::TaskItem& item, bool modal)
 {
+    (void)modal;   // the modeless display comes through displayTaskModeless
     if (m_driver) m_driver->itemDisplayed(item, false);
-    // Display(False) of a saved task: the window works on a handle of its own, as the caller's
-    // may go as soon as the call returns. A task never saved has no other handle and stays modal.
-    std::shared_ptr<ol::TaskItem> own;
-    if (!modal && !item.EntryID().isEmpty() && session().olNS)
-        own = ol::asTask(session().olNS->GetItemFromID(item.EntryID(), session().sTaskFolderSID));
-    if (own) {
-        auto* window = new TaskWindow(*own, activeWindow());
-        QObject::connect(window, &QObject::destroyed, [own] {});   // the handle lives as long as the window
-        return keepItemWindow(window);
-    }
     TaskWindow window(item, activeWindow());
     execDialog(window, UserWait{UserWait::Kind::Item, &window, nullptr, nullptr, &item, nullptr});
     rethrowAbort();

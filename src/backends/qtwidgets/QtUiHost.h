@@ -83,6 +83,7 @@ public:
     void setHelpFile(const QString& path) override { m_helpFile = path; }
     ContactPickerResult pickContact(const ContactPickerRequest& request) override;
     void displayTask(ol::TaskItem& item, bool modal) override;
+    void displayTaskModeless(ol::TaskItem& item, const std::shared_ptr<ol::TaskItem>& own) override;
     void displayContact(ol::ContactItem& item, bool modal) override;
 
 private:

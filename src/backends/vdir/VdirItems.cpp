@@ -280,7 +280,8 @@ void VdirTaskItem::Display(bool modal)
     m_state.checkUsable(QStringLiteral("task"));
     if (!m_state.store->display())
         throw vdirFailure(fail::InvalidArgument, QStringLiteral("There is no window in which to display the task."));
-    m_state.store->display()->displayTask(*this, modal);
+    if (modal) m_state.store->display()->displayTask(*this, true);
+    else m_state.store->display()->displayTaskModeless(*this, shared_from_this());
 }
 
 std::shared_ptr<ol::RecurrencePattern> VdirTaskItem::GetRecurrencePattern()
