@@ -89,7 +89,9 @@ TEST_F(Store, BadFilesAreSkippedNamedInTheFailureAndLeftUntouched)
 
     for (const auto& [name, bytes] : kBadTasks + kBadContacts) {
         SCOPED_TRACE(name);
-        const Failure f = failureOf([&] { ns->GetItemFromID(QLatin1String(name), QStringLiteral("store")); });
+        // clang before 16 cannot capture a structured binding in a lambda.
+        const QString id = QLatin1String(name);
+        const Failure f = failureOf([&] { ns->GetItemFromID(id, QStringLiteral("store")); });
         EXPECT_EQ(f.number(), vdir::fail::BadFile);
         EXPECT_TRUE(f.description().contains(QLatin1String(name) + QLatin1Char('.'))) << f.description().toStdString();
         const QString folder = QLatin1String(name).startsWith(QLatin1Char('c')) ? QStringLiteral("contacts/") : QStringLiteral("tasks/");
