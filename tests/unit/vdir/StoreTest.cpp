@@ -24,6 +24,7 @@ const QList<QPair<const char*, QByteArray>> kBadContacts = {
     {"ctruncated", "BEGIN:VCARD\r\nVERSION:4.0\r\nFN:Half"},
     {"ctwo", "BEGIN:VCARD\r\nFN:A\r\nEND:VCARD\r\nBEGIN:VCARD\r\nFN:B\r\nEND:VCARD\r\n"},
     {"cgarbage", "BEGIN:VCARD\r\nno colon here\r\nEND:VCARD\r\n"},
+    {"cbytes", "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Ada By\xff\xferne\r\nEND:VCARD\r\n"},
 };
 
 } // namespace
