@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <cstdio>
+#include <sys/stat.h>
 
 using namespace steplets;
 
@@ -22,6 +23,8 @@ int usageError(const QString& message)
 
 int main(int argc, char** argv)
 {
+    // What the program makes is the user's alone: files 0600, folders 0700.
+    ::umask(077);
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("steplets-admin"));
     QCoreApplication::setApplicationVersion(QStringLiteral(STEPLETS_VERSION_TEXT));

@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 #include "Player.h"
+#include "platform/PrivateFiles.h"
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -115,7 +116,7 @@ int runCommand(const QStringList& args, QTextStream& out, QTextStream& err)
     if (dir.isEmpty()) {
         if (!temporary.isValid()) { err << file << ": cannot make a temporary directory\n"; return CannotPlay; }
         dir = temporary.path();
-    } else if (!QDir().mkpath(dir)) {
+    } else if (!files::makePrivatePath(dir)) {
         err << file << ": --keep " << dir << ": cannot make the directory\n";
         return CannotPlay;
     }

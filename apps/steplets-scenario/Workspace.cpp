@@ -8,6 +8,7 @@
 #include "backends/vdir/TaskProperties.h"
 #include "backends/vdir/VdirFiles.h"
 #include "platform/OutlookGateway.h"
+#include "platform/PrivateFiles.h"
 #include "session/modInitialize.h"
 #include <QDir>
 #include <QFile>
@@ -140,7 +141,7 @@ void setUpVdir(const Scenario& s, const Workspace& ws)
 {
     const QDir root(ws.vdirRoot());
     for (const QString& folder : {s.host.sContactFolderEID, s.host.sTaskFolderEID})
-        if (isCollectionName(folder) && !QDir().mkpath(root.filePath(folder)))
+        if (isCollectionName(folder) && !files::makePrivatePath(root.filePath(folder)))
             problem(ws.vdirRoot(), QStringLiteral("cannot create the collection \"%1\"").arg(folder));
     QHash<QString, QString> contactNames;
     if (!s.outlook.contacts.isEmpty()) {

@@ -7,6 +7,7 @@
 #include "backends/vdir/VdirStore.h"
 #include "chooser/frmSteplet.h"
 #include "platform/runtime/DateFormats.h"
+#include "platform/PrivateFiles.h"
 #include "platform/runtime/Failure.h"
 #include "session/SessionContext.h"
 #include "session/modDLLErrHandler.h"
@@ -43,9 +44,9 @@ QString logFilePath(const HostOptions& options)
 
 void appendToLog(const QString& logFile, const QString& line)
 {
-    QDir().mkpath(QFileInfo(logFile).absolutePath());
+    files::makePrivatePath(QFileInfo(logFile).absolutePath());
     QFile log(logFile);
-    if (log.open(QIODevice::Append | QIODevice::Text))
+    if (log.open(QIODevice::Append | QIODevice::Text, QFileDevice::ReadOwner | QFileDevice::WriteOwner))
         QTextStream(&log) << QDateTime::currentDateTime().toString(Qt::ISODate) << "  " << line << '\n';
 }
 
@@ -112,7 +113,7 @@ std::shared_ptr<ol::Application> wirePorts(const HostOptions& options, const QSt
     config.root = QDir(home).filePath(QStringLiteral("vdir"));
     config.storeId = options.args.sContactFolderSID.isEmpty() ? QStringLiteral("store") : options.args.sContactFolderSID;
     config.version = options.outlookVersion;
-    QDir().mkpath(QDir(config.root).filePath(options.args.sTaskFolderEID.isEmpty() ? QStringLiteral("tasks") : options.args.sTaskFolderEID));
+    files::makePrivatePath(QDir(config.root).filePath(options.args.sTaskFolderEID.isEmpty() ? QStringLiteral("tasks") : options.args.sTaskFolderEID));
 
     DateFormats::setCurrent(std::make_shared<LocaleFormats>());
     Ports& ports = process().ports;

@@ -2,6 +2,7 @@
 #include "TaskCalendar.h"
 #include "VdirFiles.h"
 #include "VdirItems.h"
+#include "platform/PrivateFiles.h"
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -130,7 +131,7 @@ bool VdirStore::hasCollection(const QString& folderEntryID) const
 
 void VdirStore::ensureCollection(const QString& folderEntryID) const
 {
-    if (!isPlainName(folderEntryID) || !QDir().mkpath(collectionPath(folderEntryID)))
+    if (!isPlainName(folderEntryID) || !files::makePrivatePath(collectionPath(folderEntryID)))
         throw vdirFailure(fail::FileAccess, QStringLiteral("Cannot create the folder \"%1\" in \"%2\".")
                                                 .arg(folderEntryID, m_config.root));
 }

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
+#include <QProcess>
 #include <QSettings>
 #include "QStringPrinting.h"
 #include <gtest/gtest.h>
@@ -199,4 +200,15 @@ TEST_F(PlayTest, ASetUpThatCannotBeDoneNamesTheMember)
     // A directory that already holds the databases is not played over.
     const PlayResult again = play(scenarioOf(R"({"script": []})"), other.path());
     EXPECT_EQ(again.exit, CannotPlay);
+}
+
+TEST_F(PlayTest, EveryFileAKeptPlayMakesIsTheUsersAlone)
+{
+    QProcess player;
+    player.start(QStringLiteral(STEPLETS_SCENARIO_PLAYER),
+                 {QStringLiteral(STEPLETS_SCENARIOS_DIR "/process-contact-none.json"), "--keep", dir.file("kept"), "--out", dir.file("kept.json")});
+    ASSERT_TRUE(player.waitForFinished(60000));
+    ASSERT_EQ(player.exitCode(), 0) << player.readAllStandardError().toStdString();
+    ASSERT_TRUE(QFile::exists(dir.file("kept/vdir/tasks/new-0001.ics")));
+    EXPECT_EQ(test::notPrivate(dir.path()), QStringList());
 }

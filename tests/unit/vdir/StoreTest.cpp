@@ -1,5 +1,6 @@
 // The store: identifiers, folders, listing, and bad files that must neither crash nor be touched.
 #include "VdirFixture.h"
+#include <QFileInfo>
 
 using namespace steplets;
 using namespace steplets::test;
@@ -116,4 +117,20 @@ TEST_F(Store, ACollectionRemovedUnderAnOpenFolderRefusesNewTasks)
     auto folder = ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"));
     QDir(tmp.file(QStringLiteral("tasks"))).removeRecursively();
     EXPECT_EQ(failureOf([&] { folder->Items().Add(); }).number(), vdir::fail::NotFound);
+}
+
+TEST_F(Store, ItemFilesAreTheUsersAloneAndARewriteKeepsTheirMode)
+{
+    auto task = newTask();
+    task->set(QStringLiteral("Subject"), Value("Private"));
+    task->Save();
+    const QString file = taskFile(task->EntryID());
+    EXPECT_EQ(QFileInfo(file).permissions(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadUser | QFileDevice::WriteUser);
+    for (const QFileDevice::Permissions mode : {QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup,
+                                                QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup | QFileDevice::ReadOther}) {
+        ASSERT_TRUE(QFile::setPermissions(file, mode));
+        task->set(QStringLiteral("Subject"), Value("Rewritten"));
+        task->Save();
+        EXPECT_EQ(QFileInfo(file).permissions() & ~(QFileDevice::ReadUser | QFileDevice::WriteUser), mode);
+    }
 }
