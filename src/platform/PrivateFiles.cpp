@@ -2,8 +2,10 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
@@ -17,6 +19,24 @@ namespace {
 QString systemError() { return QString::fromLocal8Bit(std::strerror(errno)); }
 
 QByteArray native(const QString& path) { return QFile::encodeName(path); }
+
+const QRegularExpression& temporaryPattern()
+{
+    // A database made under such a name may have its journal files beside it.
+    static const QRegularExpression pattern(QStringLiteral("^\\..+\\.([0-9]+)-[0-9]+\\.tmp(-wal|-shm|-journal)?$"));
+    return pattern;
+}
+
+// EINVAL: the file system cannot sync a folder, and has nothing to make durable that way.
+QString syncFolder(const QString& dir)
+{
+    const int fd = ::open(native(dir).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return systemError();
+    const bool synced = ::fsync(fd) == 0 || errno == EINVAL;
+    const QString why = synced ? QString() : systemError();
+    ::close(fd);
+    return why;
+}
 
 // A rename that refuses to replace; link and unlink where the file system has no such rename.
 int renameNoReplace(const QByteArray& from, const QByteArray& to)
@@ -58,7 +78,7 @@ QString renameDurably(const QString& from, const QString& to, bool replace)
 {
     const QByteArray f = native(from), t = native(to);
     if ((replace ? ::rename(f.constData(), t.constData()) : renameNoReplace(f, t)) != 0) return systemError();
-    return {};
+    return syncFolder(QFileInfo(to).absolutePath());
 }
 
 QString temporaryNameFor(const QString& path)
@@ -90,6 +110,23 @@ QString writeDurably(const QString& path, const QByteArray& data, bool replace)
     const QString renamed = renameDurably(temp, path, replace);
     if (!renamed.isEmpty() && QFileInfo::exists(temp)) ::unlink(tempName.constData());
     return renamed;
+}
+
+bool isTemporaryName(const QString& fileName) { return temporaryPattern().match(fileName).hasMatch(); }
+
+int sweepTemporaries(const QString& dir)
+{
+    int removed = 0;
+    const QStringList names = QDir(dir).entryList(QDir::Files | QDir::Hidden | QDir::System);
+    for (const QString& name : names) {
+        const QRegularExpressionMatch m = temporaryPattern().match(name);
+        if (!m.hasMatch()) continue;
+        // A writer that still runs may be about to rename its file into place.
+        const pid_t pid = static_cast<pid_t>(m.captured(1).toLongLong());
+        if (pid == ::getpid() || (pid > 0 && (::kill(pid, 0) == 0 || errno == EPERM))) continue;
+        if (::unlink(native(QDir(dir).filePath(name)).constData()) == 0) ++removed;
+    }
+    return removed;
 }
 
 } // namespace steplets::files

@@ -75,6 +75,8 @@ public:
         if (!m_store->hasCollection(entryID))
             throw vdirFailure(fail::NotFound, QStringLiteral("The folder \"%1\" was not found in the store \"%2\".")
                                                   .arg(entryID, m_store->config().storeId));
+        // What writers that were killed between write and rename left behind goes now.
+        files::sweepTemporaries(m_store->collectionPath(entryID));
         return std::make_shared<VdirFolder>(m_store, entryID);
     }
 

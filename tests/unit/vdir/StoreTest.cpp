@@ -1,6 +1,7 @@
 // The store: identifiers, folders, listing, and bad files that must neither crash nor be touched.
 #include "VdirFixture.h"
 #include <QFileInfo>
+#include <QProcess>
 
 using namespace steplets;
 using namespace steplets::test;
@@ -133,4 +134,21 @@ TEST_F(Store, ItemFilesAreTheUsersAloneAndARewriteKeepsTheirMode)
         task->Save();
         EXPECT_EQ(QFileInfo(file).permissions() & ~(QFileDevice::ReadUser | QFileDevice::WriteUser), mode);
     }
+}
+
+TEST_F(Store, OpeningAFolderSweepsTheTemporaryFilesOfWritersThatAreGone)
+{
+    QProcess gone;
+    gone.start(QStringLiteral("true"), QStringList());
+    ASSERT_TRUE(gone.waitForFinished(10000));
+    const qint64 deadPid = gone.processId() ? gone.processId() : 999999;
+    const QString left = QStringLiteral("tasks/.new-0001.ics.%1-0.tmp").arg(deadPid);
+    const QString running = QStringLiteral("tasks/.new-0002.ics.1-0.tmp");        // pid 1 runs as long as the system
+    writeRaw(left, "BEGIN:VCALENDAR\r\n");
+    writeRaw(running, "BEGIN:VCALENDAR\r\n");
+    writeRaw(QStringLiteral("tasks/.hidden-note.txt"), "not ours");
+    ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"));
+    EXPECT_FALSE(QFile::exists(tmp.file(left)));
+    EXPECT_TRUE(QFile::exists(tmp.file(running)));
+    EXPECT_TRUE(QFile::exists(tmp.file(QStringLiteral("tasks/.hidden-note.txt"))));
 }
