@@ -27,6 +27,8 @@ const char* const kUsage =
     "Exit status: 0 played and every expectation held; 1 an expectation failed;\n"
     "2 the scenario could not be played; 3 the component failed (a defect).\n";
 
+constexpr qint64 kLargestScenarioBytes = 64 << 20;
+
 struct Options {
     QString file;
     QString out;
@@ -100,12 +102,22 @@ int runCommand(const QStringList& args, QTextStream& out, QTextStream& err)
     }
     const QString& file = options->file;
     // 1. Read and check the whole file before anything is made.
+    // A scenario is a few hundred kilobytes; a device or a runaway file is not read into memory.
     QFile in(file);
+    if (QFileInfo(file).exists() && !QFileInfo(file).isFile()) {
+        err << file << ": cannot be read: it is not a regular file\n";
+        return CannotPlay;
+    }
     if (!in.open(QIODevice::ReadOnly)) {
         err << file << ": cannot be read: " << in.errorString() << "\n";
         return CannotPlay;
     }
-    const auto scenario = parseScenario(in.readAll(), &problem);
+    const QByteArray content = in.read(kLargestScenarioBytes + 1);
+    if (content.size() > kLargestScenarioBytes) {
+        err << file << ": cannot be read: it is larger than " << (kLargestScenarioBytes >> 20) << " MB\n";
+        return CannotPlay;
+    }
+    const auto scenario = parseScenario(content, &problem);
     if (!scenario) {
         err << file << ": " << problem << "\n";
         return CannotPlay;

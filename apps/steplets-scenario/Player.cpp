@@ -12,6 +12,7 @@
 #include "platform/runtime/DateFormats.h"
 #include "session/SessionContext.h"
 #include <QDir>
+#include <QFileInfo>
 #include <QSet>
 
 namespace steplets::scenario {
@@ -36,15 +37,16 @@ private:
     scripted::EventLog& m_log;
 };
 
-// Names for items first saved in the session, in order, avoiding the scenario's own.
+// Names for items first saved in the session, in order, avoiding the scenario's own and any
+// item a kept directory already holds.
 class CreatedItems {
 public:
-    explicit CreatedItems(QSet<QString> taken) : m_taken(std::move(taken)) {}
+    CreatedItems(QSet<QString> taken, QString vdirRoot) : m_taken(std::move(taken)), m_root(std::move(vdirRoot)) {}
     QString next()
     {
         QString id;
         do id = QStringLiteral("new-%1").arg(++m_count, 4, 10, QLatin1Char('0'));
-        while (m_taken.contains(id));
+        while (m_taken.contains(id) || existsInVdir(id));
         m_names << id;
         return id;
     }
@@ -52,7 +54,15 @@ public:
     int count() const { return m_count; }
 
 private:
+    bool existsInVdir(const QString& id) const
+    {
+        for (const QString& collection : QDir(m_root).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+            for (const char* extension : {".ics", ".vcf"})
+                if (QFileInfo::exists(QDir(m_root).filePath(collection + QLatin1Char('/') + id + QLatin1String(extension)))) return true;
+        return false;
+    }
     QSet<QString> m_taken;
+    QString m_root;
     QStringList m_names;
     int m_count = 0;
 };
@@ -108,7 +118,7 @@ Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order, Host
     wireHost(w, s, on);
     QSet<QString> taken(order.givenTasks.begin(), order.givenTasks.end());
     for (const QString& id : order.givenContacts) taken.insert(id);
-    w.created = std::make_shared<CreatedItems>(taken);
+    w.created = std::make_shared<CreatedItems>(taken, ws.vdirRoot());
 
     vdir::VdirConfig config;
     config.root = ws.vdirRoot();

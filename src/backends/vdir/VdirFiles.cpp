@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace steplets::vdir {
@@ -37,11 +38,22 @@ void writeFileAtomically(const QString& path, const QByteArray& data, bool repla
 
 QByteArray readWholeFile(const QString& path)
 {
+    auto cannotRead = [&](const QString& why) {
+        return vdirFailure(fail::FileAccess, QStringLiteral("Cannot read the file \"%1\": %2").arg(path, why));
+    };
+    // A device or a pipe under an item's name would be read (or waited on) for ever.
+    struct stat st;
+    if (::stat(QFile::encodeName(path).constData(), &st) == 0 && !S_ISREG(st.st_mode))
+        throw cannotRead(QStringLiteral("it is not a regular file"));
     QFile f(path);
     if (!f.open(QIODevice::ReadOnly))
-        throw vdirFailure(fail::FileAccess,
-                          QStringLiteral("Cannot read the file \"%1\": %2").arg(path, f.errorString()));
-    return f.readAll();
+        throw cannotRead(f.errorString());
+    if (::fstat(f.handle(), &st) != 0 || !S_ISREG(st.st_mode))
+        throw cannotRead(QStringLiteral("it is not a regular file"));
+    const QByteArray data = f.read(kMaxFileBytes + 1);
+    if (data.size() > kMaxFileBytes)
+        throw cannotRead(QStringLiteral("it is larger than %1 MB").arg(kMaxFileBytes >> 20));
+    return data;
 }
 
 void removeFile(const QString& path)

@@ -235,9 +235,9 @@ std::shared_ptr<ol::TaskItem> VdirStore::newTask(const QString& folderEntryID)
     return std::make_shared<VdirTaskItem>(shared_from_this(), folderEntryID, QString(), QByteArray(), TaskData{}, false);
 }
 
-void VdirStore::write(const QString& path, const QByteArray& bytes)
+void VdirStore::write(const QString& path, const QByteArray& bytes, bool replace)
 {
-    writeFileAtomically(path, bytes);
+    writeFileAtomically(path, bytes, replace);
     m_cache.remove(path);
 }
 

@@ -152,3 +152,13 @@ TEST_F(Store, OpeningAFolderSweepsTheTemporaryFilesOfWritersThatAreGone)
     EXPECT_TRUE(QFile::exists(tmp.file(running)));
     EXPECT_TRUE(QFile::exists(tmp.file(QStringLiteral("tasks/.hidden-note.txt"))));
 }
+
+// A card linked to a device would be read for ever (6 GB before the player was stopped).
+TEST_F(Store, AnItemNameThatIsNoRegularFileIsNeverRead)
+{
+    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/zero"), tmp.file(QStringLiteral("contacts/zero.vcf"))));
+    EXPECT_EQ(ns->GetFolderFromID(QStringLiteral("contacts"), QStringLiteral("store"))->Items().Count(), 0);
+    const Failure f = failureOf([&] { ns->GetItemFromID(QStringLiteral("zero"), QStringLiteral("store")); });
+    EXPECT_TRUE(f.description().contains(QStringLiteral("\"zero\""))) << f.description().toStdString();
+    EXPECT_THROW(vdir::readWholeFile(tmp.file(QStringLiteral("contacts/zero.vcf"))), Failure);
+}
