@@ -68,7 +68,8 @@ int main(int argc, char** argv)
         else return usageError(QStringLiteral("unknown command '%1'").arg(command));
     } catch (const Failure& f) {
         out.flush();
-        QTextStream(stderr) << "steplets-admin: " << QString(f.description()).replace(QLatin1Char('\n'), QLatin1Char(' ')) << '\n';
+        // The first line says what is wrong; what follows is for a log.
+        QTextStream(stderr) << "steplets-admin: " << f.description().section(QLatin1Char('\n'), 0, 0) << '\n';
         return 1;
     }
     return 0;

@@ -70,7 +70,8 @@ FailureMessage failureMessage(const QString& version, const QString& description
     FailureMessage m;
     // The stores and the settings describe their failures as sentences that say what to do; a
     // bare run-time text ("Overflow") is put into one.
-    const QString said = description.trimmed();
+    // Only the first line is the user's; what follows (an engine's own text) is for the log.
+    const QString said = description.section(QLatin1Char('\n'), 0, 0).trimmed();
     const bool sentence = said.contains(QLatin1Char(' ')) && (said.endsWith(QLatin1Char('.')) || said.endsWith(QLatin1Char('!')));
     m.what = sentence ? said
                       : QStringLiteral("Steplets stopped what it was doing because of an unexpected problem (%1).")

@@ -11,6 +11,7 @@
 #include <QStringDecoder>
 #include <QStringList>
 #include <cerrno>
+#include <climits>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -67,6 +68,7 @@ public:
     QString group;
     QString file;
 
+    QString where() const override { return shown(file); }
     QString path(const QString& valueName) const { return group + QLatin1Char('/') + valueName; }
     void checkStatus() const
     {
@@ -175,13 +177,20 @@ long IniSettings::ReadNumber(SettingsKey& key, const QString& valueName, long de
     const QVariant v = k.settings.value(k.path(valueName));
     k.checkStatus();
     if (!v.isValid()) return defaultValue;
+    const QString text = textOf(v);
     bool ok = false;
-    const long n = QLocale::c().toLong(v.toString().trimmed(), &ok);
+    const qlonglong n = QLocale::c().toLongLong(text.trimmed(), &ok);
     if (!ok)
         throw Failure(kSettingsFailure,
-                      QStringLiteral("The setting \"%1\" in %2 holds \"%3\" where a number belongs").arg(valueName, k.file, v.toString()),
+                      QStringLiteral("The setting \"%1\" in %2 holds \"%3\" where a number belongs.").arg(valueName, k.where(), text),
                       source());
-    return n;
+    // The store keeps 32-bit numbers.
+    if (n < INT_MIN || n > INT_MAX)
+        throw Failure(6,
+                      QStringLiteral("The setting \"%1\" in %2 holds %3, which is outside the range of a number setting "
+                                     "(-2147483648 to 2147483647).").arg(valueName, k.where(), text.trimmed()),
+                      source());
+    return static_cast<long>(n);
 }
 
 QString IniSettings::ReadText(SettingsKey& key, const QString& valueName, const QString& defaultValue)

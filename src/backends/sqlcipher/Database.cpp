@@ -1,7 +1,10 @@
 #include "Database.h"
 #include "StoreErrors.h"
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <sqlite3.h>
+#include <sys/statvfs.h>
 
 namespace steplets::sqlcipher {
 
@@ -9,6 +12,37 @@ namespace {
 QString textOf(const unsigned char* text, int bytes)
 {
     return QString::fromUtf8(reinterpret_cast<const char*>(text), bytes);
+}
+
+bool onReadOnlyFileSystem(const QString& path)
+{
+    for (const QString& p : {path, QFileInfo(path).absolutePath()}) {
+        struct statvfs fs;
+        if (::statvfs(QFile::encodeName(p).constData(), &fs) == 0 && (fs.f_flag & ST_RDONLY)) return true;
+    }
+    return false;
+}
+
+// What went wrong, as a user can act on it; the engine's own text goes to the log.
+QString inPlainWords(int rc, const QString& path)
+{
+    switch (rc & 0xff) {
+    case SQLITE_FULL: return QStringLiteral("the disk is full");
+    case SQLITE_IOERR: return QStringLiteral("the disk could not read or write it");
+    case SQLITE_CORRUPT: return QStringLiteral("the file is damaged");
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED: return QStringLiteral("another program keeps it locked");
+    case SQLITE_NOMEM: return QStringLiteral("there is not enough memory");
+    case SQLITE_TOOBIG: return QStringLiteral("a value is too large for it");
+    case SQLITE_CONSTRAINT: return QStringLiteral("a value breaks a rule of its table");
+    case SQLITE_READONLY:
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+        if (onReadOnlyFileSystem(path)) return QStringLiteral("it lies on a read-only file system");
+        return (rc & 0xff) == SQLITE_CANTOPEN ? QStringLiteral("the file or its folder cannot be opened")
+                                              : QStringLiteral("it may not be written");
+    default: return QString::fromUtf8(sqlite3_errstr(rc));
+    }
 }
 } // namespace
 
@@ -89,8 +123,9 @@ bool Statement::step()
     if (rc == SQLITE_ROW) return true;
     if (rc == SQLITE_DONE) return false;
     const QString sql = QString::fromUtf8(sqlite3_sql(m_stmt));
+    const bool reading = sqlite3_stmt_readonly(m_stmt) != 0;
     sqlite3_reset(m_stmt);
-    m_db->fail(rc, sql);
+    m_db->fail(rc, reading ? QStringLiteral("reading: ") + sql : sql);
 }
 
 void Statement::run()
@@ -141,7 +176,8 @@ std::shared_ptr<Database> Database::open(const QString& path, const QString& pas
 {
     const QFileInfo info(path);
     if (!create && !info.exists()) throw fileNotFound(path);
-    if (create && info.exists()) throw engineFailure(path, QStringLiteral("the file already exists"));
+    if (create && info.exists())
+        throw engineFailure(QStringLiteral("The database file %1 already exists; it is left as it is.").arg(QDir::toNativeSeparators(path)));
 
     sqlite3* raw = nullptr;
     const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
@@ -186,7 +222,14 @@ void Database::fail(int rc, const QString& context) const
     if ((rc & 0xff) == SQLITE_NOTADB) throw notValidPassword(m_path);
     if (message.startsWith(QLatin1String("no such table: ")))
         throw tableNotFound(message.mid(15));
-    throw engineFailure(m_path, message + QStringLiteral(" (") + context + QLatin1Char(')'));
+    const QString doing = context.startsWith(QLatin1String("opening")) || context.startsWith(QLatin1String("setting the key"))
+                              ? QStringLiteral("open")
+                          : context.startsWith(QLatin1String("reading")) || context.startsWith(QLatin1String("SELECT"))
+                              ? QStringLiteral("read")
+                              : QStringLiteral("save a change to");
+    throw engineFailure(QStringLiteral("Steplets cannot %1 the database %2: %3.")
+                            .arg(doing, QDir::toNativeSeparators(m_path), inPlainWords(rc, m_path)),
+                        QStringLiteral("SQLite: %1 (%2)").arg(message, context));
 }
 
 Statement& Database::prepare(const QString& sql, const QString& shownAs)

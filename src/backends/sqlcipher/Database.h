@@ -78,6 +78,8 @@ public:
     const Counts& counts(const QString& table) { return m_versions[table.toLower()]; }
     void noteWrite(const QString& table, bool deletion);
 
+    // A failure of the engine: the file and what went wrong in words for the user, then on a
+    // line of its own the engine's message and `context` (the statement) for the log.
     [[noreturn]] void fail(int rc, const QString& context) const;
 
 private:

@@ -83,18 +83,34 @@ TEST_F(GetRegSettingsTest, StoredValuesWinAndAMovedComponentRewritesItsDirectory
     EXPECT_EQ(stored("Program Directory").toString(), dir.file("component"));
 }
 
-TEST_F(GetRegSettingsTest, TextWhereANumberBelongsIsReportedAndLeavesTheRestUnread)
+TEST_F(GetRegSettingsTest, ANumberThatCannotBeReadIsReportedWithItsSettingAndFile)
 {
-    store("Link User", "yes please");
-    store("Fill-In 1", "Date");
-    EXPECT_FALSE(modInitialize::GetRegSettings());
-    ASSERT_EQ(sink.failures.size(), 1u);
-    EXPECT_TRUE(sink.failures[0].description.contains("Link User"));
-    EXPECT_TRUE(sink.failures[0].location.endsWith("modInitialize: GetRegSettings:Line 40"));
-    const SessionContext& s = session();
-    EXPECT_EQ(s.iTaskSelection.value(), 1) << "read before the failure";
-    EXPECT_EQ(s.sDefaultFillIn[1], "") << "never read";
-    EXPECT_FALSE(stored("Program Directory").isValid());
+    struct Case { const char* setting; const char* stored; const char* said; int line; };
+    const Case cases[] = {
+        {"Link User", "yes please", "holds \"yes please\" where a number belongs", 40},
+        {"Link User", "1,2", "holds \"1, 2\" where a number belongs", 40},
+        {"Task Selection", "40000", "holds 40000, which is outside its range (-32768 to 32767)", 30},
+        {"Link User if no Contact", "99999999999", "outside the range of a number setting", 50},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.stored);
+        session() = SessionContext();
+        sink.failures.clear();
+        QFile::remove(iniFile());
+        QDir().mkpath(QFileInfo(iniFile()).path());
+        QFile f(iniFile());
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(QByteArray("[Steplets]\n") + c.setting + "=" + c.stored + "\nFill-In 1=Date\n");
+        f.close();
+        EXPECT_FALSE(modInitialize::GetRegSettings());
+        ASSERT_EQ(sink.failures.size(), 1u);
+        const QString said = sink.failures[0].description;
+        EXPECT_TRUE(said.contains(QStringLiteral("\"%1\" in %2 ").arg(QLatin1String(c.setting), iniFile()))) << said.toStdString();
+        EXPECT_TRUE(said.contains(QLatin1String(c.said))) << said.toStdString();
+        EXPECT_TRUE(sink.failures[0].location.endsWith(QStringLiteral("GetRegSettings:Line %1").arg(c.line)));
+        EXPECT_EQ(session().sDefaultFillIn[1], "") << "never read";
+        EXPECT_FALSE(stored("Program Directory").isValid());
+    }
 }
 
 TEST_F(GetRegSettingsTest, AnUnreadableSettingsFileIsAFailureNotACrash)
