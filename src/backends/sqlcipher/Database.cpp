@@ -3,8 +3,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/statvfs.h>
+#include <unistd.h>
 
 namespace steplets::sqlcipher {
 
@@ -172,15 +176,27 @@ Value Statement::value(int column, ColumnKind kind) const
 
 // --- Database ----------------------------------------------------------------------------------
 
-std::shared_ptr<Database> Database::open(const QString& path, const QString& password, bool create)
+std::shared_ptr<Database> Database::open(const QString& path, const QString& password, OpenMode mode)
 {
     const QFileInfo info(path);
-    if (!create && !info.exists()) throw fileNotFound(path);
-    if (create && info.exists())
+    if (mode != OpenMode::Create && !info.exists()) throw fileNotFound(path);
+    if (mode == OpenMode::Create && info.exists())
         throw engineFailure(QStringLiteral("The database file %1 already exists; it is left as it is.").arg(QDir::toNativeSeparators(path)));
+    // The engine takes an empty file for an empty database and writes one into it.
+    if (mode != OpenMode::Create && info.isFile() && info.size() == 0) throw emptyDatabase(path);
+    if (mode == OpenMode::Create) {
+        // The user's data alone: the engine would make the file, and its -wal and -shm, 0644.
+        const int fd = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        if (fd < 0)
+            throw engineFailure(QStringLiteral("The database file %1 cannot be created: %2.")
+                                    .arg(QDir::toNativeSeparators(path), QString::fromLocal8Bit(std::strerror(errno))));
+        ::close(fd);
+    }
 
+    // Only to read is still opened to write: a reader of a WAL database that may not write leaves
+    // the -wal and -shm it made behind, where the last connection that may removes them.
     sqlite3* raw = nullptr;
-    const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
+    const int flags = SQLITE_OPEN_READWRITE;
     const int rc = sqlite3_open_v2(QFile::encodeName(path).constData(), &raw, flags, nullptr);
     std::shared_ptr<Database> db(new Database(raw, path));
     if (rc != SQLITE_OK) db->fail(rc, QStringLiteral("opening the file"));
@@ -196,11 +212,16 @@ std::shared_ptr<Database> Database::open(const QString& path, const QString& pas
     }
     if (probe != SQLITE_OK) db->fail(probe, QStringLiteral("reading the schema"));
     sqlite3_busy_timeout(raw, 5000);
-    db->exec(QStringLiteral("PRAGMA journal_mode=WAL"));
-    // In WAL mode a commit is in the log file when the statement returns; the log is synced at
-    // checkpoints. That keeps each write safe from a crash of the program at a cost that allows
-    // one commit per row.
-    db->exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
+    if (mode == OpenMode::ReadOnly) {
+        db->exec(QStringLiteral("PRAGMA query_only=1"));
+    } else {
+        db->exec(QStringLiteral("PRAGMA journal_mode=WAL"));
+        // In WAL mode a commit is in the log file when the statement returns; the log is synced
+        // at checkpoints. So each write survives a killed program, while a power cut may take
+        // the commits since the last checkpoint (the database stays whole); that allows one
+        // commit per row.
+        db->exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
+    }
     db->exec(QStringLiteral("PRAGMA cache_size=-16384"));
     return db;
 }

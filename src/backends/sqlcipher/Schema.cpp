@@ -85,7 +85,7 @@ QString createStatement(const TableDef& t)
 
 void create(Db which, const QString& dir)
 {
-    auto db = openDatabase(connectionStringOf(which, dir), true);
+    auto db = openDatabase(connectionStringOf(which, dir), OpenMode::Create);
     db->exec(QStringLiteral("BEGIN"));
     for (const TableDef& t : tablesOf(which)) db->exec(createStatement(t));
     if (which == Db::Link) {
@@ -190,8 +190,8 @@ void createDatabases(const QString& dir)
 QStringList checkDatabases(const QString& dir)
 {
     QStringList problems;
-    auto local = openDatabase(connectionStringOf(Db::Local, dir));
-    auto link = openDatabase(connectionStringOf(Db::Link, dir));
+    auto local = openDatabase(connectionStringOf(Db::Local, dir), OpenMode::ReadOnly);
+    auto link = openDatabase(connectionStringOf(Db::Link, dir), OpenMode::ReadOnly);
     checkTables(*local, Db::Local, problems);
     checkAssignments(*local, problems);
     checkTables(*link, Db::Link, problems);

@@ -87,4 +87,12 @@ Failure engineFailure(const QString& sentence, const QString& technical)
     return Failure(errc::EngineFailure, technical.isEmpty() ? sentence : sentence + QLatin1Char('\n') + technical, src::Engine);
 }
 
+Failure emptyDatabase(const QString& path)
+{
+    return Failure(errc::EngineFailure,
+                   QStringLiteral("The database file %1 is empty: it is no database, as its creation was not finished. "
+                                  "Repair it with 'steplets-admin init'.").arg(QDir::toNativeSeparators(path)),
+                   src::Engine);
+}
+
 } // namespace steplets::sqlcipher

@@ -44,5 +44,7 @@ Failure unknownColumn(const QString& column, const QString& table);
 // A failure of the database engine: a sentence for the user (the file and what went wrong),
 // then, on a line of its own, the technical details that only the log needs.
 Failure engineFailure(const QString& sentence, const QString& technical = {});
+// A database file that is there but empty, as an interrupted creation leaves it.
+Failure emptyDatabase(const QString& path);
 
 } // namespace steplets::sqlcipher

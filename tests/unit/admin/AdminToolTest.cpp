@@ -1,7 +1,9 @@
 // steplets-admin as a person runs it: init, check, seed-demo, dump, and its errors.
 #include "TempDir.h"
 #include "backends/sqlcipher/Schema.h"
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -32,6 +34,14 @@ protected:
     }
 
     QStringList inDir(const char* command) { return {QString::fromLatin1(command), QStringLiteral("--dir"), dir.path()}; }
+    // Every file of a directory with its size and time, to see that nothing changed.
+    static QStringList listing(const QString& where)
+    {
+        QStringList out;
+        for (const QFileInfo& f : QDir(where).entryInfoList(QDir::Files | QDir::Hidden, QDir::Name))
+            out << QStringLiteral("%1 %2 %3").arg(f.fileName()).arg(f.size()).arg(f.lastModified().toMSecsSinceEpoch());
+        return out;
+    }
 
     TempDir dir;
 };
@@ -110,6 +120,26 @@ TEST_F(AdminTool, MissingDatabasesAndWrongUsage)
     const Outcome help = admin({QStringLiteral("--help")});
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_TRUE(help.out.contains(QStringLiteral("seed-demo")));
+}
+
+TEST_F(AdminTool, DumpAndCheckChangeNothingAndRefuseAFileThatIsNoDatabase)
+{
+    ASSERT_EQ(admin(inDir("init")).exitCode, 0);
+    const QStringList before = listing(dir.path());
+    for (const char* command : {"dump", "check"})
+        EXPECT_EQ(admin(inDir(command)).exitCode, 0) << command;
+    EXPECT_EQ(listing(dir.path()), before);
+
+    QFile local(dir.file(QStringLiteral("OVLocal.db")));
+    ASSERT_TRUE(local.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    local.close();
+    for (const char* command : {"dump", "check"}) {
+        const Outcome r = admin(inDir(command));
+        EXPECT_EQ(r.exitCode, 1) << command;
+        EXPECT_TRUE(r.err.contains(dir.file(QStringLiteral("OVLocal.db")) + QStringLiteral(" is empty"))) << r.err.toStdString();
+        EXPECT_EQ(r.err.count(QLatin1Char('\n')), 1);
+        EXPECT_EQ(QFileInfo(local.fileName()).size(), 0) << command << " wrote into it";
+    }
 }
 
 TEST_F(AdminTool, StepletsHomeIsTheDefaultDirectory)
