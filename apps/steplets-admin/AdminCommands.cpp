@@ -9,9 +9,7 @@ namespace steplets::admin {
 
 void init(const QString& dir, QTextStream& out)
 {
-    sqlcipher::createDatabases(dir);
-    out << "created " << QDir::toNativeSeparators(sqlcipher::fileOf(sqlcipher::Db::Local, dir)) << " and "
-        << QDir::toNativeSeparators(sqlcipher::fileOf(sqlcipher::Db::Link, dir)) << '\n';
+    out << "created " << sqlcipher::createDatabases(dir).join(QStringLiteral(" and ")) << '\n';
 }
 
 void seedDemo(const QString& dir, QTextStream& out)

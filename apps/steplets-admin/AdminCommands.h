@@ -6,7 +6,8 @@
 
 namespace steplets::admin {
 
-// Creates both databases; refuses to overwrite either.
+// Creates both databases, or the one that is missing or was left unfinished; never overwrites
+// a database that holds tables.
 void init(const QString& dir, QTextStream& out);
 // Adds the demo templates, groups and contacts, and writes the contacts' cards to
 // <dir>/vdir/contacts.

@@ -29,6 +29,9 @@ bool isCollectionName(const QString& name)
 // 1. The databases: created with the store's schema, then the rows, then the files left out.
 void setUpDatabases(const Scenario& s, const Workspace& ws)
 {
+    for (sqlcipher::Db db : {sqlcipher::Db::Local, sqlcipher::Db::Link})
+        if (QFile::exists(sqlcipher::fileOf(db, ws.dir)))
+            problem(ws.dir, QStringLiteral("%1 already exists; a scenario plays on databases of its own").arg(sqlcipher::fileOf(db, ws.dir)));
     try {
         sqlcipher::createDatabases(ws.dir);
     } catch (const Failure& f) {

@@ -54,13 +54,36 @@ QStringList helpFolders() { return {QStringLiteral(STEPLETS_HELP_DIR), QStringLi
 
 bool ensureEmbeddedDefault(const QString& home)
 {
-    const bool local = QFile::exists(sqlcipher::fileOf(sqlcipher::Db::Local, home));
-    const bool link = QFile::exists(sqlcipher::fileOf(sqlcipher::Db::Link, home));
-    if (local || link) return false;
-    QString said;
-    QTextStream out(&said);
-    admin::init(home, out);
-    admin::seedDemo(home, out);
+    // The demo is made whole in a folder of its own, then moved in, the databases last: a first
+    // start stopped half-way leaves no database behind, or finishes from a complete folder.
+    const QString staging = QDir(home).filePath(QStringLiteral(".first-start"));
+    const QString complete = QDir(staging).filePath(QStringLiteral("complete"));
+    const QString local = sqlcipher::fileOf(sqlcipher::Db::Local, home);
+    const QString link = sqlcipher::fileOf(sqlcipher::Db::Link, home);
+    if ((QFile::exists(local) || QFile::exists(link)) && !QFile::exists(complete)) return false;
+    auto failed = [](const QString& what, const QString& why) {
+        return Failure(75, QStringLiteral("The demo data cannot be put in place: %1: %2.").arg(QDir::toNativeSeparators(what), why),
+                       QStringLiteral("steplets"));
+    };
+    if (!QFile::exists(complete)) {
+        QDir(staging).removeRecursively();
+        QString said;
+        QTextStream out(&said);
+        admin::init(staging, out);
+        admin::seedDemo(staging, out);
+        if (const QString why = files::writeDurably(complete, {}); !why.isEmpty()) throw failed(complete, why);
+    }
+    const QDir cards(QDir(staging).filePath(QStringLiteral("vdir/contacts")));
+    const QString cardsHome = QDir(home).filePath(QStringLiteral("vdir/contacts"));
+    if (!files::makePrivatePath(cardsHome)) throw failed(cardsHome, QStringLiteral("the folder cannot be made"));
+    for (const QString& card : cards.entryList(QDir::Files))
+        if (!QFile::exists(QDir(cardsHome).filePath(card))) files::renameDurably(cards.filePath(card), QDir(cardsHome).filePath(card), false);
+    for (const QString& db : {link, local}) {
+        if (QFile::exists(db)) continue;
+        const QString from = QDir(staging).filePath(QFileInfo(db).fileName());
+        if (const QString why = files::renameDurably(from, db, false); !why.isEmpty()) throw failed(db, why);
+    }
+    QDir(staging).removeRecursively();
     return true;
 }
 

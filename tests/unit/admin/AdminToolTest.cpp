@@ -1,9 +1,12 @@
 // steplets-admin as a person runs it: init, check, seed-demo, dump, and its errors.
 #include "TempDir.h"
+#include "backends/sqlcipher/Database.h"
 #include "backends/sqlcipher/Schema.h"
+#include "backends/sqlcipher/SqlCipherConnection.h"
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <functional>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -33,7 +36,10 @@ protected:
         return Outcome{p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
     }
 
-    QStringList inDir(const char* command) { return {QString::fromLatin1(command), QStringLiteral("--dir"), dir.path()}; }
+    QStringList inDir(const char* command, const QString& where = {})
+    {
+        return {QString::fromLatin1(command), QStringLiteral("--dir"), where.isEmpty() ? dir.path() : where};
+    }
     // Every file of a directory with its size and time, to see that nothing changed.
     static QStringList listing(const QString& where)
     {
@@ -120,6 +126,45 @@ TEST_F(AdminTool, MissingDatabasesAndWrongUsage)
     const Outcome help = admin({QStringLiteral("--help")});
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_TRUE(help.out.contains(QStringLiteral("seed-demo")));
+}
+
+// What an init stopped half-way (killed, or on a full disk) leaves, the next init finishes.
+TEST_F(AdminTool, InitFinishesWhatAnInterruptedOneLeft)
+{
+    const QString password = sqlcipher::connectionPart(storeFiles::localConnectionString(QStringLiteral("/")),
+                                                       QStringLiteral("Jet OLEDB:Database Password"));
+    struct Case { const char* what; std::function<void(const QString&)> leave; int templates; };
+    const Case cases[] = {
+        {"an empty OVLocal.db", [](const QString& d) { QFile f(d + "/OVLocal.db"); f.open(QIODevice::WriteOnly); }, 0},
+        {"an OVLocal.db without tables",
+         [&](const QString& d) { sqlcipher::Database::open(d + "/OVLocal.db", password, sqlcipher::OpenMode::Create); }, 0},
+        {"a whole OVLocal.db and no OVLink.db",
+         [&](const QString& d) {
+             ASSERT_EQ(admin(inDir("init", d)).exitCode, 0);
+             ASSERT_EQ(admin(inDir("seed-demo", d)).exitCode, 0);
+             ASSERT_TRUE(QFile::remove(d + "/OVLink.db"));
+         }, 1},
+        {"the temporary file of a creation killed before its rename",
+         [](const QString& d) {
+             for (const char* name : {"/.OVLocal.db.999999-0.tmp", "/.OVLocal.db.999999-0.tmp-wal"}) {
+                 QFile f(d + QLatin1String(name));
+                 f.open(QIODevice::WriteOnly);
+                 f.write("half");
+             }
+         }, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        TempDir here;
+        c.leave(here.path());
+        const Outcome init = admin(inDir("init", here.path()));
+        EXPECT_EQ(init.exitCode, 0) << init.err.toStdString();
+        const Outcome check = admin(inDir("check", here.path()));
+        EXPECT_EQ(check.exitCode, 0) << check.out.toStdString() << check.err.toStdString();
+        const QJsonObject store = QJsonDocument::fromJson(admin(inDir("dump", here.path())).out.toUtf8()).object();
+        EXPECT_GE(store.value("local").toObject().value("tblSteplets").toArray().size(), c.templates) << "the data stays";
+        EXPECT_EQ(QDir(here.path()).entryList(QDir::Files | QDir::Hidden), (QStringList{"OVLink.db", "OVLocal.db"}));
+    }
 }
 
 TEST_F(AdminTool, DumpAndCheckChangeNothingAndRefuseAFileThatIsNoDatabase)
