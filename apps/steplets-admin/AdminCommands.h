@@ -14,7 +14,9 @@ void init(const QString& dir, QTextStream& out);
 void seedDemo(const QString& dir, QTextStream& out);
 // Every table of both databases as JSON.
 void dump(const QString& dir, QTextStream& out);
-// Integrity and schema check; returns false, after naming each problem, when anything is wrong.
+// Integrity and schema check, then each task that tblTasks records against the task folders of
+// <dir>/vdir: missing, or without its time-card properties. Returns false, after naming each
+// problem, when anything is wrong.
 bool check(const QString& dir, QTextStream& out);
 
 } // namespace steplets::admin

@@ -36,7 +36,8 @@ int main(int argc, char** argv)
         "  init       create OVLocal.db and OVLink.db with their tables (never overwrites)\n"
         "  seed-demo  add demo templates, groups and contacts to empty databases\n"
         "  dump       print every table of both databases as JSON\n"
-        "  check      check integrity and schema, naming what is wrong"));
+        "  check      check integrity and schema, and that every task tblTasks records is in\n"
+        "             the task folders of <D>/vdir with its time-card properties"));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption dirOption(QStringLiteral("dir"),

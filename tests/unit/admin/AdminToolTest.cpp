@@ -3,6 +3,9 @@
 #include "backends/sqlcipher/Database.h"
 #include "backends/sqlcipher/Schema.h"
 #include "backends/sqlcipher/SqlCipherConnection.h"
+#include "backends/sqlcipher/StoreData.h"
+#include "backends/vdir/TaskCalendar.h"
+#include "backends/vdir/VdirFiles.h"
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -185,6 +188,28 @@ TEST_F(AdminTool, DumpAndCheckChangeNothingAndRefuseAFileThatIsNoDatabase)
         EXPECT_EQ(r.err.count(QLatin1Char('\n')), 1);
         EXPECT_EQ(QFileInfo(local.fileName()).size(), 0) << command << " wrote into it";
     }
+}
+
+TEST_F(AdminTool, CheckNamesTheRecordedTasksThatAreMissingOrLackTheirTimeCardProperties)
+{
+    ASSERT_EQ(admin(inDir("init")).exitCode, 0);
+    QDir().mkpath(dir.file(QStringLiteral("vdir/tasks")));
+    for (const char* id : {"whole", "half"}) {
+        vdir::TaskData t;
+        t.uid = QLatin1String(id);
+        t.Subject = QStringLiteral("Task %1").arg(QLatin1String(id));
+        if (t.uid == QLatin1String("whole"))
+            t.userProperties << vdir::UserPropertyData{QStringLiteral("OrdivaneID"), 1, false, Value(QStringLiteral("whole"))};
+        vdir::writeFileAtomically(dir.file(QStringLiteral("vdir/tasks/%1.ics").arg(QLatin1String(id))), vdir::writeTaskCalendar(t));
+    }
+    sqlcipher::loadStore(dir.path(), QJsonDocument::fromJson(R"({"link": {"tblTasks": [
+        {"EntryID": "whole", "TimeCardID": 7}, {"EntryID": "half", "TimeCardID": 7}, {"EntryID": "gone", "TimeCardID": 7}]}})").object());
+    const Outcome check = admin(inDir("check"));
+    EXPECT_EQ(check.exitCode, 1);
+    const QStringList lines = check.out.trimmed().split(QLatin1Char('\n'));
+    ASSERT_EQ(lines.size(), 2) << check.out.toStdString();
+    EXPECT_TRUE(lines[0].contains(QStringLiteral("the task half of time card 7 lacks its time-card properties"))) << lines[0].toStdString();
+    EXPECT_TRUE(lines[1].contains(QStringLiteral("the task gone of time card 7 is missing"))) << lines[1].toStdString();
 }
 
 TEST_F(AdminTool, StepletsHomeIsTheDefaultDirectory)
