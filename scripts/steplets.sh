@@ -1,16 +1,20 @@
 #!/usr/bin/env bash
 # Installs what is missing (Debian 12), builds, and then starts the program or runs the tests.
 #   scripts/steplets.sh run    build and start the desktop program on its embedded default data
-#   scripts/steplets.sh test   build and run every test
+#   scripts/steplets.sh test   build and run every test; then build the unit and scenario tests
+#                              with ASan and UBSan (clang) and run them (STEPLETS_SANITIZE=0
+#                              skips this second part)
 #   scripts/steplets.sh build  only install and build
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")/.." && pwd)
 build="${STEPLETS_BUILD_DIR:-$here/build}"
+sanitize_build="${STEPLETS_SANITIZE_BUILD_DIR:-$here/build-sanitize}"
 jobs=$(nproc 2>/dev/null || echo 2)
 
+# clang-14 and libclang-rt-14-dev (ASan, UBSan) build the sanitizer tree.
 packages=(cmake ninja-build g++ pkg-config qt6-base-dev libgl-dev libsqlcipher-dev sqlcipher libical-dev
-          libgtest-dev libgmock-dev todoman python3-icalendar xvfb xauth)
+          libgtest-dev libgmock-dev todoman python3-icalendar xvfb xauth clang-14 libclang-rt-14-dev)
 
 install_missing() {
   local missing=()
@@ -46,8 +50,16 @@ run_program() {
 
 run_tests() {
   export QT_QPA_PLATFORM=offscreen
-  cd "$build"
-  ctest --output-on-failure -j "$jobs" --timeout 300
+  (cd "$build" && ctest --output-on-failure -j "$jobs" --timeout 300)
+  [ "${STEPLETS_SANITIZE:-1}" = 0 ] && return 0
+  # Only what the unit and scenario tests need, built by clang with ASan and UBSan, which stop
+  # at the first error they find.
+  cmake -S "$here" -B "$sanitize_build" -G Ninja -DCMAKE_BUILD_TYPE=Debug \
+    -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
+    -DSTEPLETS_SANITIZE=ON -DSTEPLETS_TESTS_ONLY=ON >/dev/null
+  cmake --build "$sanitize_build" -j "$jobs"
+  export ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+  (cd "$sanitize_build" && ctest -L '^(unit|scenario)$' --output-on-failure -j "$jobs" --timeout 600)
 }
 
 cmd="${1:-test}"
