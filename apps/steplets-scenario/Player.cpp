@@ -112,7 +112,7 @@ void wireHost(Wiring& w, const Scenario& s, Host on)
     w.host = host;
 }
 
-Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order, Host on)
+Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order, Host on, const PlayHooks& hooks)
 {
     Wiring w;
     wireHost(w, s, on);
@@ -126,15 +126,13 @@ Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order, Host
     config.version = s.outlook.version;
     UiHost* host = w.host.get();
     config.clock = [host] { return host->Now(); };
-    config.entryIds = [created = w.created] { return created->next(); };
-    if (s.outlook.taskFolderGoneAfter) {
-        const int saved = *s.outlook.taskFolderGoneAfter;
-        const QString folder = QDir(ws.vdirRoot()).filePath(s.host.sTaskFolderEID);
-        config.entryIds = [created = w.created, saved, folder] {
-            if (created->count() == saved) QDir().rename(folder, goneFolder(folder));
-            return created->next();
-        };
-    }
+    const std::optional<qint32> goneAfter = s.outlook.taskFolderGoneAfter;
+    const QString folder = QDir(ws.vdirRoot()).filePath(s.host.sTaskFolderEID);
+    config.entryIds = [created = w.created, goneAfter, folder, before = hooks.beforeFirstSave] {
+        if (before) before(created->count());
+        if (goneAfter && created->count() == *goneAfter) QDir().rename(folder, goneFolder(folder));
+        return created->next();
+    };
     w.app = vdir::openVdirStore(config, w.host);
 
     DateFormats::setCurrent(std::make_shared<FixedEnglishFormats>());
@@ -174,7 +172,7 @@ std::pair<int, QString> callHost(const Scenario& s, Wiring& w)
 
 } // namespace
 
-PlayResult play(const Scenario& scenario, const QString& dir, Host on)
+PlayResult play(const Scenario& scenario, const QString& dir, Host on, const PlayHooks& hooks)
 {
     PlayResult result;
     // 1. Set up the stores as the scenario has them.
@@ -184,9 +182,10 @@ PlayResult play(const Scenario& scenario, const QString& dir, Host on)
     } catch (const SetupProblem& p) {
         return PlayResult{CannotPlay, p.message, std::nullopt};
     }
+    if (hooks.afterSetUp) hooks.afterSetUp(ws.dir);
     // 2. Wire the ports and make the host's call.
     const ItemOrder order{entryIdsOf(scenario.outlook.tasks), entryIdsOf(scenario.outlook.contacts), {}};
-    Wiring w = wire(scenario, ws, order, on);
+    Wiring w = wire(scenario, ws, order, on, hooks);
     const auto [exit, why] = callHost(scenario, w);
     if (scenario.outlook.taskFolderGoneAfter) {
         const QString folder = QDir(ws.vdirRoot()).filePath(scenario.host.sTaskFolderEID);
