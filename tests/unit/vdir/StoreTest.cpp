@@ -17,6 +17,9 @@ const QList<QPair<const char*, QByteArray>> kBadTasks = {
     {"two", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nBEGIN:VTODO\r\nUID:a\r\nEND:VTODO\r\n"
             "BEGIN:VTODO\r\nUID:b\r\nEND:VTODO\r\nEND:VCALENDAR\r\n"},
     {"event", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nBEGIN:VEVENT\r\nUID:a\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n"},
+    // Found by fuzz-ics: a date beyond the year 9999 escaped the reader as a failure.
+    {"year20716", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nBEGIN:VTODO\r\nUID:y\r\nDUE:20716441T170000\r\n"
+                  "END:VTODO\r\nEND:VCALENDAR\r\n"},
     {"twocals", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VTODO\r\nUID:a\r\nEND:VTODO\r\nEND:VCALENDAR\r\n"
                 "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VTODO\r\nUID:b\r\nEND:VTODO\r\nEND:VCALENDAR\r\n"},
 };
