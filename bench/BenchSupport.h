@@ -32,11 +32,14 @@ inline double timeIt(const std::function<void()>& setup, const std::function<voi
 
 inline double timeIt(const std::function<void()>& measure) { return timeIt([] {}, measure); }
 
-// "name: 12.3 ms (target <= 250 ms)"; small figures keep three decimals.
-inline void print(const char* name, double ms, double target)
+// "name: 12.3 MB (target <= 80 MB)"; small figures keep three decimals.
+inline void printFigure(const char* name, double value, const char* unit, double target)
 {
-    std::printf(ms < 1 ? "%s: %.3f ms (target <= %g ms)\n" : "%s: %.1f ms (target <= %g ms)\n", name, ms, target);
+    std::printf(value < 1 ? "%s: %.3f %s (target <= %g %s)\n" : "%s: %.1f %s (target <= %g %s)\n", name, value, unit, target, unit);
     std::fflush(stdout);
 }
+
+// "name: 12.3 ms (target <= 250 ms)".
+inline void print(const char* name, double ms, double target) { printFigure(name, ms, "ms", target); }
 
 } // namespace steplets::bench

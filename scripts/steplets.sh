@@ -1,16 +1,22 @@
 #!/usr/bin/env bash
 # Installs what is missing (Debian 12), builds, and then starts the program or runs the tests.
 #   scripts/steplets.sh run    build and start the desktop program on its embedded default data
-#   scripts/steplets.sh test   build and run every test
+#   scripts/steplets.sh test   build and run every test; then build the unit and scenario tests
+#                              and the fuzz targets with ASan and UBSan (clang), run them, and
+#                              give each fuzz target a short budget (STEPLETS_SANITIZE=0 skips
+#                              this second part; STEPLETS_FUZZ_SECONDS sets the budget)
 #   scripts/steplets.sh build  only install and build
 set -euo pipefail
 
 here=$(cd "$(dirname "$0")/.." && pwd)
 build="${STEPLETS_BUILD_DIR:-$here/build}"
+sanitize_build="${STEPLETS_SANITIZE_BUILD_DIR:-$here/build-sanitize}"
+fuzz_seconds="${STEPLETS_FUZZ_SECONDS:-20}"
 jobs=$(nproc 2>/dev/null || echo 2)
 
+# clang-14 and libclang-rt-14-dev (ASan, UBSan, libFuzzer) build the sanitizer tree.
 packages=(cmake ninja-build g++ pkg-config qt6-base-dev libgl-dev libsqlcipher-dev sqlcipher libical-dev
-          libgtest-dev libgmock-dev todoman python3-icalendar xvfb xauth fonts-dejavu-core)
+          libgtest-dev libgmock-dev todoman python3-icalendar xvfb xauth fonts-dejavu-core clang-14 libclang-rt-14-dev)
 
 install_missing() {
   local missing=()
@@ -46,8 +52,30 @@ run_program() {
 
 run_tests() {
   export QT_QPA_PLATFORM=offscreen
-  cd "$build"
-  ctest --output-on-failure -j "$jobs" --timeout 300
+  (cd "$build" && ctest --output-on-failure -j "$jobs" --timeout 300)
+  [ "${STEPLETS_SANITIZE:-1}" = 0 ] && return 0
+  # Only what the unit and scenario tests need, built by clang with ASan and UBSan, which stop
+  # at the first error they find, and the fuzz targets, replaying their corpus (label fuzz).
+  cmake -S "$here" -B "$sanitize_build" -G Ninja -DCMAKE_BUILD_TYPE=Debug \
+    -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
+    -DSTEPLETS_SANITIZE=ON -DSTEPLETS_FUZZ=ON -DSTEPLETS_TESTS_ONLY=ON >/dev/null
+  cmake --build "$sanitize_build" -j "$jobs"
+  export ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+  (cd "$sanitize_build" && ctest -L '^(unit|scenario|fuzz)$' --output-on-failure -j "$jobs" --timeout 600)
+  # Each parser of outside input gets a short budget; what it finds is kept as a crash file.
+  for target in vcard ics rrule scenario settings; do
+    corpus="$sanitize_build/fuzz-corpus/$target"
+    mkdir -p "$corpus"
+    log="$sanitize_build/fuzz-$target.log"
+    echo "fuzzing $target for ${fuzz_seconds}s"
+    if ! "$sanitize_build/tests/fuzz/fuzz-$target" -max_total_time="$fuzz_seconds" \
+         -artifact_prefix="$sanitize_build/fuzz-crash-$target-" "$corpus" "$here/tests/fuzz/$target" >"$log" 2>&1; then
+      tail -n 40 "$log" >&2
+      echo "fuzz-$target found a failure: the input is kept as $sanitize_build/fuzz-crash-$target-*" >&2
+      return 1
+    fi
+    tail -n 1 "$log"
+  done
 }
 
 cmd="${1:-test}"

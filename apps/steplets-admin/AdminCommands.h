@@ -6,14 +6,17 @@
 
 namespace steplets::admin {
 
-// Creates both databases; refuses to overwrite either.
+// Creates both databases, or the one that is missing or was left unfinished; never overwrites
+// a database that holds tables.
 void init(const QString& dir, QTextStream& out);
 // Adds the demo templates, groups and contacts, and writes the contacts' cards to
 // <dir>/vdir/contacts.
 void seedDemo(const QString& dir, QTextStream& out);
 // Every table of both databases as JSON.
 void dump(const QString& dir, QTextStream& out);
-// Integrity and schema check; returns false, after naming each problem, when anything is wrong.
+// Integrity and schema check, then each task that tblTasks records against the task folders of
+// <dir>/vdir: missing, or without its time-card properties. Returns false, after naming each
+// problem, when anything is wrong.
 bool check(const QString& dir, QTextStream& out);
 
 } // namespace steplets::admin

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <cstdio>
+#include <sys/stat.h>
 
 using namespace steplets;
 
@@ -22,6 +23,8 @@ int usageError(const QString& message)
 
 int main(int argc, char** argv)
 {
+    // What the program makes is the user's alone: files 0600, folders 0700.
+    ::umask(077);
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("steplets-admin"));
     QCoreApplication::setApplicationVersion(QStringLiteral(STEPLETS_VERSION_TEXT));
@@ -33,7 +36,8 @@ int main(int argc, char** argv)
         "  init       create OVLocal.db and OVLink.db with their tables (never overwrites)\n"
         "  seed-demo  add demo templates, groups and contacts to empty databases\n"
         "  dump       print every table of both databases as JSON\n"
-        "  check      check integrity and schema, naming what is wrong"));
+        "  check      check integrity and schema, and that every task tblTasks records is in\n"
+        "             the task folders of <D>/vdir with its time-card properties"));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption dirOption(QStringLiteral("dir"),
@@ -65,7 +69,8 @@ int main(int argc, char** argv)
         else return usageError(QStringLiteral("unknown command '%1'").arg(command));
     } catch (const Failure& f) {
         out.flush();
-        QTextStream(stderr) << "steplets-admin: " << QString(f.description()).replace(QLatin1Char('\n'), QLatin1Char(' ')) << '\n';
+        // The first line says what is wrong; what follows is for a log.
+        QTextStream(stderr) << "steplets-admin: " << f.description().section(QLatin1Char('\n'), 0, 0) << '\n';
         return 1;
     }
     return 0;

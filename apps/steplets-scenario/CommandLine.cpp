@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 #include "Player.h"
+#include "platform/PrivateFiles.h"
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -25,6 +26,8 @@ const char* const kUsage =
     "\n"
     "Exit status: 0 played and every expectation held; 1 an expectation failed;\n"
     "2 the scenario could not be played; 3 the component failed (a defect).\n";
+
+constexpr qint64 kLargestScenarioBytes = 64 << 20;
 
 struct Options {
     QString file;
@@ -99,12 +102,22 @@ int runCommand(const QStringList& args, QTextStream& out, QTextStream& err)
     }
     const QString& file = options->file;
     // 1. Read and check the whole file before anything is made.
+    // A scenario is a few hundred kilobytes; a device or a runaway file is not read into memory.
     QFile in(file);
+    if (QFileInfo(file).exists() && !QFileInfo(file).isFile()) {
+        err << file << ": cannot be read: it is not a regular file\n";
+        return CannotPlay;
+    }
     if (!in.open(QIODevice::ReadOnly)) {
         err << file << ": cannot be read: " << in.errorString() << "\n";
         return CannotPlay;
     }
-    const auto scenario = parseScenario(in.readAll(), &problem, QFileInfo(file).absolutePath());
+    const QByteArray content = in.read(kLargestScenarioBytes + 1);
+    if (content.size() > kLargestScenarioBytes) {
+        err << file << ": cannot be read: it is larger than " << (kLargestScenarioBytes >> 20) << " MB\n";
+        return CannotPlay;
+    }
+    const auto scenario = parseScenario(content, &problem, QFileInfo(file).absolutePath());
     if (!scenario) {
         err << file << ": " << problem << "\n";
         return CannotPlay;
@@ -115,7 +128,7 @@ int runCommand(const QStringList& args, QTextStream& out, QTextStream& err)
     if (dir.isEmpty()) {
         if (!temporary.isValid()) { err << file << ": cannot make a temporary directory\n"; return CannotPlay; }
         dir = temporary.path();
-    } else if (!QDir().mkpath(dir)) {
+    } else if (!files::makePrivatePath(dir)) {
         err << file << ": --keep " << dir << ": cannot make the directory\n";
         return CannotPlay;
     }

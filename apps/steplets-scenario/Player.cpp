@@ -37,15 +37,16 @@ private:
     scripted::EventLog& m_log;
 };
 
-// Names for items first saved in the session, in order, avoiding the scenario's own.
+// Names for items first saved in the session, in order, avoiding the scenario's own and any
+// item a kept directory already holds.
 class CreatedItems {
 public:
-    explicit CreatedItems(QSet<QString> taken) : m_taken(std::move(taken)) {}
+    CreatedItems(QSet<QString> taken, QString vdirRoot) : m_taken(std::move(taken)), m_root(std::move(vdirRoot)) {}
     QString next()
     {
         QString id;
         do id = QStringLiteral("new-%1").arg(++m_count, 4, 10, QLatin1Char('0'));
-        while (m_taken.contains(id));
+        while (m_taken.contains(id) || existsInVdir(id));
         m_names << id;
         return id;
     }
@@ -53,7 +54,15 @@ public:
     int count() const { return m_count; }
 
 private:
+    bool existsInVdir(const QString& id) const
+    {
+        for (const QString& collection : QDir(m_root).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+            for (const char* extension : {".ics", ".vcf"})
+                if (QFileInfo::exists(QDir(m_root).filePath(collection + QLatin1Char('/') + id + QLatin1String(extension)))) return true;
+        return false;
+    }
     QSet<QString> m_taken;
+    QString m_root;
     QStringList m_names;
     int m_count = 0;
 };
@@ -137,13 +146,13 @@ private:
     int m_opened = 0;
 };
 
-Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order, Host on)
+Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order, Host on, const PlayHooks& hooks)
 {
     Wiring w;
     wireHost(w, s, on);
     QSet<QString> taken(order.givenTasks.begin(), order.givenTasks.end());
     for (const QString& id : order.givenContacts) taken.insert(id);
-    w.created = std::make_shared<CreatedItems>(taken);
+    w.created = std::make_shared<CreatedItems>(taken, ws.vdirRoot());
 
     vdir::VdirConfig config;
     config.root = ws.vdirRoot();
@@ -151,15 +160,13 @@ Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order, Host
     config.version = s.outlook.version;
     UiHost* host = w.host.get();
     config.clock = [host] { return host->Now(); };
-    config.entryIds = [created = w.created] { return created->next(); };
-    if (s.outlook.taskFolderGoneAfter) {
-        const int saved = *s.outlook.taskFolderGoneAfter;
-        const QString folder = QDir(ws.vdirRoot()).filePath(s.host.sTaskFolderEID);
-        config.entryIds = [created = w.created, saved, folder] {
-            if (created->count() == saved) QDir().rename(folder, goneFolder(folder));
-            return created->next();
-        };
-    }
+    const std::optional<qint32> goneAfter = s.outlook.taskFolderGoneAfter;
+    const QString folder = QDir(ws.vdirRoot()).filePath(s.host.sTaskFolderEID);
+    config.entryIds = [created = w.created, goneAfter, folder, before = hooks.beforeFirstSave] {
+        if (before) before(created->count());
+        if (goneAfter && created->count() == *goneAfter) QDir().rename(folder, goneFolder(folder));
+        return created->next();
+    };
     w.app = vdir::openVdirStore(config, w.host);
 
     DateFormats::setCurrent(std::make_shared<FixedEnglishFormats>());
@@ -201,7 +208,7 @@ std::pair<int, QString> callHost(const Scenario& s, Wiring& w)
 
 } // namespace
 
-PlayResult play(const Scenario& scenario, const QString& dir, Host on)
+PlayResult play(const Scenario& scenario, const QString& dir, Host on, const PlayHooks& hooks)
 {
     PlayResult result;
     // 1. Set up the stores as the scenario has them.
@@ -211,9 +218,10 @@ PlayResult play(const Scenario& scenario, const QString& dir, Host on)
     } catch (const SetupProblem& p) {
         return PlayResult{CannotPlay, p.message, std::nullopt};
     }
+    if (hooks.afterSetUp) hooks.afterSetUp(ws.dir);
     // 2. Wire the ports and make the host's call.
     const ItemOrder order{entryIdsOf(scenario.outlook.tasks), entryIdsOf(scenario.outlook.contacts), {}};
-    Wiring w = wire(scenario, ws, order, on);
+    Wiring w = wire(scenario, ws, order, on, hooks);
     const auto [exit, why] = callHost(scenario, w);
     if (scenario.outlook.taskFolderGoneAfter) {
         const QString folder = QDir(ws.vdirRoot()).filePath(scenario.host.sTaskFolderEID);

@@ -4,6 +4,7 @@
 #include "Scenario.h"
 #include <QJsonObject>
 #include <QString>
+#include <functional>
 #include <optional>
 
 namespace steplets::scenario {
@@ -21,7 +22,15 @@ struct PlayResult {
 // on the offscreen platform (real widgets, real input, the same virtual clock).
 enum class Host { Scripted, Qt };
 
+// What a fault test does to the play directory at two moments of a play: when the stores are
+// set up, before the host's call; and when an item of the session is about to be saved for the
+// first time (given how many were before it).
+struct PlayHooks {
+    std::function<void(const QString& dir)> afterSetUp;
+    std::function<void(int savedBefore)> beforeFirstSave;
+};
+
 // Plays in `dir`, which must exist and hold no databases. The Qt host needs a QApplication.
-PlayResult play(const Scenario& scenario, const QString& dir, Host on = Host::Scripted);
+PlayResult play(const Scenario& scenario, const QString& dir, Host on = Host::Scripted, const PlayHooks& hooks = {});
 
 } // namespace steplets::scenario

@@ -8,6 +8,7 @@
 #include "backends/vdir/TaskProperties.h"
 #include "backends/vdir/VdirFiles.h"
 #include "platform/OutlookGateway.h"
+#include "platform/PrivateFiles.h"
 #include "session/modInitialize.h"
 #include <QDir>
 #include <QFile>
@@ -28,6 +29,9 @@ bool isCollectionName(const QString& name)
 // 1. The databases: created with the store's schema, then the rows, then the files left out.
 void setUpDatabases(const Scenario& s, const Workspace& ws)
 {
+    for (sqlcipher::Db db : {sqlcipher::Db::Local, sqlcipher::Db::Link})
+        if (QFile::exists(sqlcipher::fileOf(db, ws.dir)))
+            problem(ws.dir, QStringLiteral("%1 already exists; a scenario plays on databases of its own").arg(sqlcipher::fileOf(db, ws.dir)));
     try {
         sqlcipher::createDatabases(ws.dir);
     } catch (const Failure& f) {
@@ -140,7 +144,7 @@ void setUpVdir(const Scenario& s, const Workspace& ws)
 {
     const QDir root(ws.vdirRoot());
     for (const QString& folder : {s.host.sContactFolderEID, s.host.sTaskFolderEID})
-        if (isCollectionName(folder) && !QDir().mkpath(root.filePath(folder)))
+        if (isCollectionName(folder) && !files::makePrivatePath(root.filePath(folder)))
             problem(ws.vdirRoot(), QStringLiteral("cannot create the collection \"%1\"").arg(folder));
     QHash<QString, QString> contactNames;
     if (!s.outlook.contacts.isEmpty()) {

@@ -3,9 +3,12 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <memory>
+#include <sys/stat.h>
 
 int main(int argc, char** argv)
 {
+    // What the program makes is the user's alone: files 0600, folders 0700.
+    ::umask(077);
     QStringList args;
     for (int i = 1; i < argc; ++i) args << QString::fromLocal8Bit(argv[i]);
     // The Qt host draws real widgets (offscreen unless a platform is named).

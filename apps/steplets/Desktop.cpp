@@ -7,6 +7,7 @@
 #include "backends/vdir/VdirStore.h"
 #include "chooser/frmSteplet.h"
 #include "platform/runtime/DateFormats.h"
+#include "platform/PrivateFiles.h"
 #include "platform/runtime/Failure.h"
 #include "session/SessionContext.h"
 #include "session/modDLLErrHandler.h"
@@ -45,9 +46,9 @@ QString logFilePath(const HostOptions& options)
 
 void appendToLog(const QString& logFile, const QString& line)
 {
-    QDir().mkpath(QFileInfo(logFile).absolutePath());
+    files::makePrivatePath(QFileInfo(logFile).absolutePath());
     QFile log(logFile);
-    if (log.open(QIODevice::Append | QIODevice::Text))
+    if (log.open(QIODevice::Append | QIODevice::Text, QFileDevice::ReadOwner | QFileDevice::WriteOwner))
         QTextStream(&log) << QDateTime::currentDateTime().toString(Qt::ISODate) << "  " << line << '\n';
 }
 
@@ -55,13 +56,36 @@ QStringList helpFolders() { return {QStringLiteral(STEPLETS_HELP_DIR), QStringLi
 
 bool ensureEmbeddedDefault(const QString& home)
 {
-    const bool local = QFile::exists(sqlcipher::fileOf(sqlcipher::Db::Local, home));
-    const bool link = QFile::exists(sqlcipher::fileOf(sqlcipher::Db::Link, home));
-    if (local || link) return false;
-    QString said;
-    QTextStream out(&said);
-    admin::init(home, out);
-    admin::seedDemo(home, out);
+    // The demo is made whole in a folder of its own, then moved in, the databases last: a first
+    // start stopped half-way leaves no database behind, or finishes from a complete folder.
+    const QString staging = QDir(home).filePath(QStringLiteral(".first-start"));
+    const QString complete = QDir(staging).filePath(QStringLiteral("complete"));
+    const QString local = sqlcipher::fileOf(sqlcipher::Db::Local, home);
+    const QString link = sqlcipher::fileOf(sqlcipher::Db::Link, home);
+    if ((QFile::exists(local) || QFile::exists(link)) && !QFile::exists(complete)) return false;
+    auto failed = [](const QString& what, const QString& why) {
+        return Failure(75, QStringLiteral("The demo data cannot be put in place: %1: %2.").arg(QDir::toNativeSeparators(what), why),
+                       QStringLiteral("steplets"));
+    };
+    if (!QFile::exists(complete)) {
+        QDir(staging).removeRecursively();
+        QString said;
+        QTextStream out(&said);
+        admin::init(staging, out);
+        admin::seedDemo(staging, out);
+        if (const QString why = files::writeDurably(complete, {}); !why.isEmpty()) throw failed(complete, why);
+    }
+    const QDir cards(QDir(staging).filePath(QStringLiteral("vdir/contacts")));
+    const QString cardsHome = QDir(home).filePath(QStringLiteral("vdir/contacts"));
+    if (!files::makePrivatePath(cardsHome)) throw failed(cardsHome, QStringLiteral("the folder cannot be made"));
+    for (const QString& card : cards.entryList(QDir::Files))
+        if (!QFile::exists(QDir(cardsHome).filePath(card))) files::renameDurably(cards.filePath(card), QDir(cardsHome).filePath(card), false);
+    for (const QString& db : {link, local}) {
+        if (QFile::exists(db)) continue;
+        const QString from = QDir(staging).filePath(QFileInfo(db).fileName());
+        if (const QString why = files::renameDurably(from, db, false); !why.isEmpty()) throw failed(db, why);
+    }
+    QDir(staging).removeRecursively();
     return true;
 }
 
@@ -85,8 +109,9 @@ FailureMessage failureMessage(const QString& version, const QString& description
 {
     FailureMessage m;
     // The stores and the settings describe their failures as sentences naming the file; a bare
-    // run-time text ("Overflow") is put into one.
-    const QString said = description.trimmed();
+    // run-time text ("Overflow") is put into one. Only the first line is the user's; what
+    // follows (an engine's own text) is for the log.
+    const QString said = description.section(QLatin1Char('\n'), 0, 0).trimmed();
     const bool sentence = said.contains(QLatin1Char(' ')) && (said.endsWith(QLatin1Char('.')) || said.endsWith(QLatin1Char('!')));
     const Part part = partOf(source);
     if (part != Part::Other && !said.isEmpty()) m.what = sentence ? said : said + QLatin1Char('.');
@@ -156,7 +181,7 @@ std::shared_ptr<ol::Application> wirePorts(const HostOptions& options, const QSt
     config.root = QDir(home).filePath(QStringLiteral("vdir"));
     config.storeId = options.args.sContactFolderSID.isEmpty() ? QStringLiteral("store") : options.args.sContactFolderSID;
     config.version = options.outlookVersion;
-    QDir().mkpath(QDir(config.root).filePath(options.args.sTaskFolderEID.isEmpty() ? QStringLiteral("tasks") : options.args.sTaskFolderEID));
+    files::makePrivatePath(QDir(config.root).filePath(options.args.sTaskFolderEID.isEmpty() ? QStringLiteral("tasks") : options.args.sTaskFolderEID));
 
     DateFormats::setCurrent(std::make_shared<LocaleFormats>());
     Ports& ports = process().ports;

@@ -24,8 +24,10 @@ void appendToLog(const QString& logFile, const QString& line);
 QStringList helpFolders();
 
 // Creates both databases with the demo data and the demo contact cards in `home`, exactly as
-// `steplets-admin seed-demo` lays them out, when neither database is there yet. True when it
-// created them; a home with one database but not the other is left for the component to report.
+// `steplets-admin seed-demo` lays them out, when neither database is there yet, or finishes what
+// an earlier first start made completely and was stopped before it had moved it all in. True
+// when it put them there; a home with one database but not the other is left for the component
+// to report.
 bool ensureEmbeddedDefault(const QString& home);
 
 // What the user is told of a failure: one sentence of what failed, one of what to do, and the

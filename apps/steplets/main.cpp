@@ -8,11 +8,14 @@
 #include <QApplication>
 #include <QTextStream>
 #include <cstdio>
+#include <sys/stat.h>
 
 using namespace steplets;
 
 int main(int argc, char** argv)
 {
+    // What the program makes is the user's alone: files 0600, folders 0700.
+    ::umask(077);
     // The command line is read before any window system is opened, so --help works anywhere.
     QStringList arguments;
     for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);

@@ -8,6 +8,8 @@ namespace steplets {
 class SettingsKey {
 public:
     virtual ~SettingsKey() = default;
+    // Where the key's values lie, as a message names it (a file's path).
+    virtual QString where() const = 0;
 };
 
 class SettingsGateway {

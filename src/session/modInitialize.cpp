@@ -6,6 +6,21 @@
 
 namespace steplets::modInitialize {
 
+namespace {
+// A 16-bit setting: a stored number outside its range is an overflow that names the setting and
+// the file, not the run-time's bare "Overflow".
+Int16 shortSetting(SettingsGateway& reg, SettingsKey& key, const QString& name, long defaultValue)
+{
+    const long n = reg.ReadNumber(key, name, defaultValue);
+    if (n < -32768 || n > 32767)
+        throw Failure(Failure::overflow().number(),
+                      QStringLiteral("The setting \"%1\" in %2 holds %3, which is outside its range (-32768 to 32767).")
+                          .arg(name, key.where())
+                          .arg(n));
+    return Int16(static_cast<std::int16_t>(n));
+}
+} // namespace
+
 bool GetRegSettings()
 {
     Guard g(QStringLiteral("modInitialize: GetRegSettings"));
@@ -14,9 +29,9 @@ bool GetRegSettings()
         g(20); s.settingsKey = settings().OpenKey(kRootPath, kKeyName);
         SettingsGateway& reg = settings();
         SettingsKey& key = *s.settingsKey;
-        g(30); s.iTaskSelection = Int16::from(static_cast<long long>(reg.ReadNumber(key, QStringLiteral("Task Selection"), 1)));
-        g(40); s.iLinkUser = Int16::from(static_cast<long long>(reg.ReadNumber(key, QStringLiteral("Link User"), 0)));
-        g(50); s.iLinkUserIfNoContact = Int16::from(static_cast<long long>(reg.ReadNumber(key, QStringLiteral("Link User if no Contact"), 0)));
+        g(30); s.iTaskSelection = shortSetting(reg, key, QStringLiteral("Task Selection"), 1);
+        g(40); s.iLinkUser = shortSetting(reg, key, QStringLiteral("Link User"), 0);
+        g(50); s.iLinkUserIfNoContact = shortSetting(reg, key, QStringLiteral("Link User if no Contact"), 0);
         g(60); s.bIntroduction = reg.ReadNumber(key, QStringLiteral("Introduction"), 1) != 0;
         g(70); s.bNewTaskDescription = reg.ReadNumber(key, QStringLiteral("New Task Description"), 1) != 0;
         g(80); s.sDefaultFillIn[1] = reg.ReadText(key, QStringLiteral("Fill-In 1"), QStringLiteral("Subject field from template"));

@@ -51,6 +51,8 @@ TEST(DesktopEndToEnd, ProcessReviewAndUndoLeaveNoTaskAndTheProgramEnds)
     const QDir tasks(home.path() + QStringLiteral("/vdir/tasks"));
     ASSERT_TRUE(tasks.exists());
     EXPECT_EQ(tasks.entryList({QStringLiteral("*.ics")}, QDir::Files), QStringList()) << "Undo left these behind";
+    // The demo, the settings, the task folder and the log are the user's alone.
+    EXPECT_EQ(steplets::test::notPrivate(home.path()), QStringList());
 }
 
 TEST(DesktopEndToEnd, AReportedFailureEndsTheProgramWithStatusOneAndALogInItsFolder)

@@ -1,10 +1,17 @@
 #pragma once
 // SettingsGateway on QSettings in INI format. The root path's last two names are the
-// organization and the application; the key becomes a group of that per-user file.
+// organization and the application; the key becomes a group of that per-user file. The file is
+// the host's too: one that was not read cleanly is never written, and before the first write of
+// a process it is copied to <file>.bak.
 #include "platform/SettingsGateway.h"
 #include <QString>
 
 namespace steplets {
+
+// What keeps a settings file from being read cleanly (binary data, UTF-16, a '#' line, a line
+// without '='), in words for the user; empty when nothing does. Comments (';') are read, and not
+// kept by a write.
+QString settingsFileProblem(const QByteArray& content);
 
 class IniSettings : public SettingsGateway {
 public:

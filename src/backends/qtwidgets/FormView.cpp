@@ -228,6 +228,9 @@ QWidget* FormView::create(Control& c, QWidget* parent)
 QWidget* FormView::createList(Control& c, QWidget* parent)
 {
     auto* l = new QListWidget(parent);
+    // Every row is one line of text: laid out from the first row, not measured row by row, so a
+    // list of 10,000 templates scrolls to its top row at once.
+    l->setUniformItemSizes(true);
     auto& list = static_cast<ListBox&>(c);
     switch (list.multiSelect()) {
     case ListBox::MultiSelect::None: l->setSelectionMode(QAbstractItemView::SingleSelection); break;

@@ -307,11 +307,14 @@ void FormView::syncList(Control& c, QWidget* w)
     bool same = l->count() == list.ListCount();
     for (int i = 0; same && i < l->count(); ++i) same = l->item(i)->text() == list.List(i);
     if (!same) {
+        // All rows in one insertion: one by one, each is a change the view takes in on its own.
+        QStringList texts;
+        texts.reserve(list.ListCount());
+        for (int i = 0; i < list.ListCount(); ++i) texts << list.List(i);
         l->clear();
-        for (int i = 0; i < list.ListCount(); ++i) {
-            auto* item = new QListWidgetItem(list.List(i), l);
-            if (ticks) item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
-        }
+        l->addItems(texts);
+        if (ticks)
+            for (int i = 0; i < l->count(); ++i) l->item(i)->setFlags(l->item(i)->flags() | Qt::ItemIsUserCheckable);
     }
     // 2. Ticks or selections, then the current row and the top row.
     for (int i = 0; i < list.ListCount(); ++i) {

@@ -15,6 +15,8 @@ const QStringList kFormActions = {
 
 enum class Type { Text, Int, Bool, True, Number, Object, DateText };
 
+constexpr double kLongestWaitSeconds = 100 * 365.25 * 86400;
+
 // Checks one step member by member; the first wrong member ends the check.
 class StepChecker {
 public:
@@ -52,10 +54,17 @@ private:
         QString expected;
         switch (type) {
         case Type::Text: ok = v.isString(); expected = QStringLiteral("a text"); break;
-        case Type::Int: ok = v.isDouble() && std::floor(v.toDouble()) == v.toDouble(); expected = QStringLiteral("a whole number"); break;
+        case Type::Int:
+            ok = v.isDouble() && std::floor(v.toDouble()) == v.toDouble() && std::fabs(v.toDouble()) <= 2147483647.0;
+            expected = QStringLiteral("a whole number");
+            break;
         case Type::Bool: ok = v.isBool(); expected = QStringLiteral("true or false"); break;
         case Type::True: ok = v.isBool() && v.toBool(); expected = QStringLiteral("true"); break;
-        case Type::Number: ok = v.isDouble() && v.toDouble() >= 0; expected = QStringLiteral("a number of seconds, not negative"); break;
+        case Type::Number:
+            // The virtual clock counts milliseconds; a wait beyond a century is no duration it can pass.
+            ok = v.isDouble() && v.toDouble() >= 0 && v.toDouble() <= kLongestWaitSeconds;
+            expected = QStringLiteral("a number of seconds from 0 to %1").arg(kLongestWaitSeconds, 0, 'f', 0);
+            break;
         case Type::Object: ok = v.isObject(); expected = QStringLiteral("an object"); break;
         case Type::DateText:
             ok = v.isString() && QDate::fromString(v.toString(), QStringLiteral("yyyy-MM-dd")).isValid();
@@ -139,7 +148,7 @@ bool checkPicker(StepChecker& c, const QJsonObject& step) {
     if (!p.isObject()) return c.fail(QStringLiteral("member \"picker\" must be \"cancel\" or an object"));
     const QJsonObject o = p.toObject();
     const QJsonValue id = o.value(QStringLiteral("ContactID"));
-    if (!id.isDouble() || std::floor(id.toDouble()) != id.toDouble())
+    if (!id.isDouble() || std::floor(id.toDouble()) != id.toDouble() || std::fabs(id.toDouble()) > 2147483647.0)
         return c.fail(QStringLiteral("member \"picker.ContactID\" must be a whole number"));
     if (!o.value(QStringLiteral("name")).isString()) return c.fail(QStringLiteral("member \"picker.name\" must be a text"));
     if (!o.value(QStringLiteral("EntryID")).isString()) return c.fail(QStringLiteral("member \"picker.EntryID\" must be a text"));

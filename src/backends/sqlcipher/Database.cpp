@@ -1,7 +1,14 @@
 #include "Database.h"
 #include "StoreErrors.h"
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
 
 namespace steplets::sqlcipher {
 
@@ -11,6 +18,37 @@ constexpr int kDefaultBusyTimeout = 5000;
 QString textOf(const unsigned char* text, int bytes)
 {
     return QString::fromUtf8(reinterpret_cast<const char*>(text), bytes);
+}
+
+bool onReadOnlyFileSystem(const QString& path)
+{
+    for (const QString& p : {path, QFileInfo(path).absolutePath()}) {
+        struct statvfs fs;
+        if (::statvfs(QFile::encodeName(p).constData(), &fs) == 0 && (fs.f_flag & ST_RDONLY)) return true;
+    }
+    return false;
+}
+
+// What went wrong, as a user can act on it; the engine's own text goes to the log.
+QString inPlainWords(int rc, const QString& path)
+{
+    switch (rc & 0xff) {
+    case SQLITE_FULL: return QStringLiteral("the disk is full");
+    case SQLITE_IOERR: return QStringLiteral("the disk could not read or write it");
+    case SQLITE_CORRUPT: return QStringLiteral("the file is damaged");
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED: return QStringLiteral("another program keeps it locked");
+    case SQLITE_NOMEM: return QStringLiteral("there is not enough memory");
+    case SQLITE_TOOBIG: return QStringLiteral("a value is too large for it");
+    case SQLITE_CONSTRAINT: return QStringLiteral("a value breaks a rule of its table");
+    case SQLITE_READONLY:
+    case SQLITE_CANTOPEN:
+    case SQLITE_PERM:
+        if (onReadOnlyFileSystem(path)) return QStringLiteral("it lies on a read-only file system");
+        return (rc & 0xff) == SQLITE_CANTOPEN ? QStringLiteral("the file or its folder cannot be opened")
+                                              : QStringLiteral("it may not be written");
+    default: return QString::fromUtf8(sqlite3_errstr(rc));
+    }
 }
 } // namespace
 
@@ -91,8 +129,9 @@ bool Statement::step()
     if (rc == SQLITE_ROW) return true;
     if (rc == SQLITE_DONE) return false;
     const QString sql = QString::fromUtf8(sqlite3_sql(m_stmt));
+    const bool reading = sqlite3_stmt_readonly(m_stmt) != 0;
     sqlite3_reset(m_stmt);
-    m_db->fail(rc, sql);
+    m_db->fail(rc, reading ? QStringLiteral("reading: ") + sql : sql);
 }
 
 void Statement::run()
@@ -139,14 +178,27 @@ Value Statement::value(int column, ColumnKind kind) const
 
 // --- Database ----------------------------------------------------------------------------------
 
-std::shared_ptr<Database> Database::open(const QString& path, const QString& password, bool create)
+std::shared_ptr<Database> Database::open(const QString& path, const QString& password, OpenMode mode)
 {
     const QFileInfo info(path);
-    if (!create && !info.exists()) throw fileNotFound(path);
-    if (create && info.exists()) throw engineFailure(path, QStringLiteral("the file already exists"));
+    if (mode != OpenMode::Create && !info.exists()) throw fileNotFound(path);
+    if (mode == OpenMode::Create && info.exists())
+        throw engineFailure(QStringLiteral("The database file %1 already exists; it is left as it is.").arg(QDir::toNativeSeparators(path)));
+    // The engine takes an empty file for an empty database and writes one into it.
+    if (mode != OpenMode::Create && info.isFile() && info.size() == 0) throw emptyDatabase(path);
+    if (mode == OpenMode::Create) {
+        // The user's data alone: the engine would make the file, and its -wal and -shm, 0644.
+        const int fd = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        if (fd < 0)
+            throw engineFailure(QStringLiteral("The database file %1 cannot be created: %2.")
+                                    .arg(QDir::toNativeSeparators(path), QString::fromLocal8Bit(std::strerror(errno))));
+        ::close(fd);
+    }
 
+    // Only to read is still opened to write: a reader of a WAL database that may not write leaves
+    // the -wal and -shm it made behind, where the last connection that may removes them.
     sqlite3* raw = nullptr;
-    const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
+    const int flags = SQLITE_OPEN_READWRITE;
     const int rc = sqlite3_open_v2(QFile::encodeName(path).constData(), &raw, flags, nullptr);
     std::shared_ptr<Database> db(new Database(raw, path));
     if (rc != SQLITE_OK) db->fail(rc, QStringLiteral("opening the file"));
@@ -162,11 +214,16 @@ std::shared_ptr<Database> Database::open(const QString& path, const QString& pas
     }
     if (probe != SQLITE_OK) db->fail(probe, QStringLiteral("reading the schema"));
     db->setBusyTimeout(kDefaultBusyTimeout);
-    db->exec(QStringLiteral("PRAGMA journal_mode=WAL"));
-    // In WAL mode a commit is in the log file when the statement returns; the log is synced at
-    // checkpoints. That keeps each write safe from a crash of the program at a cost that allows
-    // one commit per row.
-    db->exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
+    if (mode == OpenMode::ReadOnly) {
+        db->exec(QStringLiteral("PRAGMA query_only=1"));
+    } else {
+        db->exec(QStringLiteral("PRAGMA journal_mode=WAL"));
+        // In WAL mode a commit is in the log file when the statement returns; the log is synced
+        // at checkpoints. So each write survives a killed program, while a power cut may take
+        // the commits since the last checkpoint (the database stays whole); that allows one
+        // commit per row.
+        db->exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
+    }
     db->exec(QStringLiteral("PRAGMA cache_size=-16384"));
     return db;
 }
@@ -190,7 +247,14 @@ void Database::fail(int rc, const QString& context) const
     if ((rc & 0xff) == SQLITE_NOTADB) throw notValidPassword(m_path);
     if (message.startsWith(QLatin1String("no such table: ")))
         throw tableNotFound(message.mid(15));
-    throw engineFailure(m_path, message + QStringLiteral(" (") + context + QLatin1Char(')'));
+    const QString doing = context.startsWith(QLatin1String("opening")) || context.startsWith(QLatin1String("setting the key"))
+                              ? QStringLiteral("open")
+                          : context.startsWith(QLatin1String("reading")) || context.startsWith(QLatin1String("SELECT"))
+                              ? QStringLiteral("read")
+                              : QStringLiteral("save a change to");
+    throw engineFailure(QStringLiteral("Steplets cannot %1 the database %2: %3.")
+                            .arg(doing, QDir::toNativeSeparators(m_path), inPlainWords(rc, m_path)),
+                        QStringLiteral("SQLite: %1 (%2)").arg(message, context));
 }
 
 Statement& Database::prepare(const QString& sql, const QString& shownAs)

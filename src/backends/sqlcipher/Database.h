@@ -48,10 +48,17 @@ private:
     Database* m_db;
 };
 
+// How a file is opened: to read and write; only to read (the engine refuses every write, and
+// the journal's side files go with the connection as for any other); or made afresh (a file
+// that is there is a failure).
+enum class OpenMode { ReadWrite, ReadOnly, Create };
+
 class Database {
 public:
-    // Opens an existing file (or creates it when `create`) with the password as its key.
-    static std::shared_ptr<Database> open(const QString& path, const QString& password, bool create = false);
+    // Opens the file with the password as its key. An existing file that is empty is no database:
+    // a failure that names it, and it is left as it is.
+    static std::shared_ptr<Database> open(const QString& path, const QString& password,
+                                          OpenMode mode = OpenMode::ReadWrite);
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
@@ -80,6 +87,8 @@ public:
     const Counts& counts(const QString& table) { return m_versions[table.toLower()]; }
     void noteWrite(const QString& table, bool deletion);
 
+    // A failure of the engine: the file and what went wrong in words for the user, then on a
+    // line of its own the engine's message and `context` (the statement) for the log.
     [[noreturn]] void fail(int rc, const QString& context) const;
 
 private:

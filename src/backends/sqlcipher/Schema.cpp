@@ -3,8 +3,10 @@
 #include "SqlCipherCatalog.h"
 #include "SqlCipherConnection.h"
 #include "StoreErrors.h"
+#include "platform/PrivateFiles.h"
 #include "platform/StoreGateway.h"
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -19,6 +21,7 @@ const QString kBool = QStringLiteral("BOOLINT");
 const QString kDate = QStringLiteral("DATETEXT");
 const QString kText = QStringLiteral("TEXT");
 const QString kAutoKey = QStringLiteral("PRIMARY KEY AUTOINCREMENT");
+const QStringList kJournals = {QString(), QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")};
 
 TableDef steplets()
 {
@@ -83,17 +86,53 @@ QString createStatement(const TableDef& t)
     return QStringLiteral("CREATE TABLE ") + quoted(t.name) + QStringLiteral(" (") + cols.join(QStringLiteral(", ")) + QLatin1Char(')');
 }
 
-void create(Db which, const QString& dir)
+// Makes the database complete under a temporary name and renames it into place, so that its
+// name never stands for a file without tables, whenever the process is stopped. A table-less
+// file that stands there already is replaced, with its journal files.
+void create(Db which, const QString& dir, bool replace)
 {
-    auto db = openDatabase(connectionStringOf(which, dir), true);
-    db->exec(QStringLiteral("BEGIN"));
-    for (const TableDef& t : tablesOf(which)) db->exec(createStatement(t));
-    if (which == Db::Link) {
-        // The admin options live with the host; the link starts out pointing nowhere in particular.
-        db->exec(QStringLiteral("INSERT INTO ") + quoted(linkTableName())
-                 + QStringLiteral(" (TableName, ProviderString) VALUES ('tblAdminOptions', '')"));
+    const QString final = fileOf(which, dir);
+    const QString temp = files::temporaryNameFor(final);
+    try {
+        auto db = Database::open(temp, connectionPart(connectionStringOf(which, dir), QStringLiteral("Jet OLEDB:Database Password")),
+                                 OpenMode::Create);
+        db->exec(QStringLiteral("BEGIN"));
+        for (const TableDef& t : tablesOf(which)) db->exec(createStatement(t));
+        if (which == Db::Link) {
+            // The admin options live with the host; the link starts out pointing nowhere in particular.
+            db->exec(QStringLiteral("INSERT INTO ") + quoted(linkTableName())
+                     + QStringLiteral(" (TableName, ProviderString) VALUES ('tblAdminOptions', '')"));
+        }
+        db->exec(QStringLiteral("COMMIT"));
+        db->exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
+        db->close();
+    } catch (...) {
+        for (const QString& suffix : kJournals) QFile::remove(temp + suffix);
+        throw;
     }
-    db->exec(QStringLiteral("COMMIT"));
+    if (replace)
+        for (const QString& suffix : {QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
+            QFile::remove(final + suffix);
+    const QString why = files::renameDurably(temp, final, replace);
+    if (!why.isEmpty()) {
+        for (const QString& suffix : kJournals) QFile::remove(temp + suffix);
+        throw Failure(errc::EngineFailure,
+                      QStringLiteral("The database file %1 cannot be put in place: %2.").arg(QDir::toNativeSeparators(final), why),
+                      src::Engine);
+    }
+}
+
+// What stands under a database's name: nothing, a file an interrupted creation left (empty or
+// without tables), or a database in use. A file that is no database of ours is a failure.
+enum class Found { Nothing, Unfinished, InUse };
+
+Found inspect(Db which, const QString& dir)
+{
+    const QFileInfo info(fileOf(which, dir));
+    if (!info.exists()) return Found::Nothing;
+    if (info.isFile() && info.size() == 0) return Found::Unfinished;
+    auto db = openDatabase(connectionStringOf(which, dir), OpenMode::ReadOnly);
+    return db->tableNames().isEmpty() ? Found::Unfinished : Found::InUse;
 }
 
 void checkTables(Database& db, Db which, QStringList& problems)
@@ -173,25 +212,32 @@ QString connectionStringOf(Db db, const QString& dir)
     return db == Db::Local ? storeFiles::localConnectionString(clean) : storeFiles::linkConnectionString(clean);
 }
 
-void createDatabases(const QString& dir)
+QStringList createDatabases(const QString& dir)
 {
-    for (Db which : {Db::Local, Db::Link}) {
-        if (QFileInfo::exists(fileOf(which, dir)))
-            throw Failure(errc::EngineFailure,
-                          QStringLiteral("%1 already exists; it is left as it is.").arg(QDir::toNativeSeparators(fileOf(which, dir))),
-                          src::Engine);
-    }
-    if (!QDir().mkpath(dir))
+    if (!files::makePrivatePath(dir))
         throw Failure(errc::EngineFailure, QStringLiteral("The directory %1 cannot be created.").arg(dir), src::Engine);
-    create(Db::Local, dir);
-    create(Db::Link, dir);
+    files::sweepTemporaries(dir);
+    const Found local = inspect(Db::Local, dir);
+    const Found link = inspect(Db::Link, dir);
+    if (local == Found::InUse && link == Found::InUse)
+        throw Failure(errc::EngineFailure,
+                      QStringLiteral("%1 already exists, as does %2; both are left as they are.")
+                          .arg(QDir::toNativeSeparators(fileOf(Db::Local, dir)), QDir::toNativeSeparators(fileOf(Db::Link, dir))),
+                      src::Engine);
+    QStringList made;
+    for (const auto& [which, found] : {std::pair{Db::Local, local}, std::pair{Db::Link, link}}) {
+        if (found == Found::InUse) continue;
+        create(which, dir, found == Found::Unfinished);
+        made << QDir::toNativeSeparators(fileOf(which, dir)) + (found == Found::Unfinished ? QStringLiteral(" (repaired)") : QString());
+    }
+    return made;
 }
 
 QStringList checkDatabases(const QString& dir)
 {
     QStringList problems;
-    auto local = openDatabase(connectionStringOf(Db::Local, dir));
-    auto link = openDatabase(connectionStringOf(Db::Link, dir));
+    auto local = openDatabase(connectionStringOf(Db::Local, dir), OpenMode::ReadOnly);
+    auto link = openDatabase(connectionStringOf(Db::Link, dir), OpenMode::ReadOnly);
     checkTables(*local, Db::Local, problems);
     checkAssignments(*local, problems);
     checkTables(*link, Db::Link, problems);

@@ -25,9 +25,12 @@ const QList<TableDef>& tablesOf(Db db);
 QString fileOf(Db db, const QString& dir);
 QString connectionStringOf(Db db, const QString& dir);
 
-// Creates both encrypted databases with all tables in dir (created if missing). An existing
-// file is never overwritten: that is a Failure naming it, and nothing is created.
-void createDatabases(const QString& dir);
+// Creates the encrypted databases with all their tables in dir (made 0700 if missing), each
+// under a temporary name that is renamed into place when it is complete. A database that holds
+// tables is never overwritten; one that an interrupted creation left empty or without tables is
+// replaced. Both in use, or a file that is no database of ours, is a Failure naming it, and
+// nothing is made. Returns the files made, in words ("/d/OVLink.db (repaired)").
+QStringList createDatabases(const QString& dir);
 
 // Problems found in both databases, one readable line each; empty when all is well. A file that
 // cannot be opened at all is a Failure.

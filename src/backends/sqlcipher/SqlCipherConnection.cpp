@@ -4,8 +4,7 @@
 
 namespace steplets::sqlcipher {
 
-namespace {
-QString part(const QString& connectionString, const QString& key)
+QString connectionPart(const QString& connectionString, const QString& key)
 {
     for (const QString& item : connectionString.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
         const qsizetype eq = item.indexOf(QLatin1Char('='));
@@ -13,13 +12,12 @@ QString part(const QString& connectionString, const QString& key)
     }
     return {};
 }
-} // namespace
 
-std::shared_ptr<Database> openDatabase(const QString& connectionString, bool create)
+std::shared_ptr<Database> openDatabase(const QString& connectionString, OpenMode mode)
 {
-    const QString path = part(connectionString, QStringLiteral("Data Source")).trimmed();
+    const QString path = connectionPart(connectionString, QStringLiteral("Data Source")).trimmed();
     if (path.isEmpty()) throw badArguments(QStringLiteral("the connection string names no Data Source"), src::Connection);
-    return Database::open(path, part(connectionString, QStringLiteral("Jet OLEDB:Database Password")), create);
+    return Database::open(path, connectionPart(connectionString, QStringLiteral("Jet OLEDB:Database Password")), mode);
 }
 
 void SqlCipherConnection::Open(const QString& connectionString, const QString&, const QString&, long)

@@ -1,12 +1,11 @@
 #pragma once
 // A connection: the database named by "Data Source" of the connection string, keyed with its
 // "Jet OLEDB:Database Password".
+#include "Database.h"
 #include "platform/StoreGateway.h"
 #include <memory>
 
 namespace steplets::sqlcipher {
-
-class Database;
 
 class SqlCipherConnection : public Connection {
 public:
@@ -27,7 +26,9 @@ private:
 };
 
 // Opens (or creates) the database that a connection string names, with its password.
-std::shared_ptr<Database> openDatabase(const QString& connectionString, bool create = false);
+std::shared_ptr<Database> openDatabase(const QString& connectionString, OpenMode mode = OpenMode::ReadWrite);
+// One part of a connection string ("Data Source", "Jet OLEDB:Database Password"), or empty.
+QString connectionPart(const QString& connectionString, const QString& key);
 
 // The open database behind a connection of this backend; anything else is failure 3001.
 std::shared_ptr<Database> databaseOf(const std::shared_ptr<Connection>& connection, const QString& source);

@@ -128,6 +128,7 @@ void SqlCipherRecordset::applyFilter()
 
 void SqlCipherRecordset::toFirst()
 {
+    m_ahead.clear();
     m_pos = 0;
     m_onGap = false;
     m_rowLoaded = false;
@@ -161,6 +162,7 @@ void SqlCipherRecordset::catchUp()
     Database& d = db();
     if (m_counts->writes == m_seenWrites) return;
     m_rowLoaded = false;
+    m_ahead.clear();
     if (m_counts->deletions != m_seenDeletions) {
         std::unordered_set<qint64> alive;
         Statement& st = d.prepare(QStringLiteral("SELECT rowid FROM ") + quoted(m_query.table));
@@ -307,6 +309,7 @@ void SqlCipherRecordset::insertPending()
     for (const auto& [index, value] : m_pending) st.bind(n++, value);
     st.run();
     const qint64 key = m_db->lastInsertKey();
+    m_ahead.erase(key);                      // a table without its own key may give a rowid again
     m_keyset.push_back(key);
     m_view.push_back(key);
     m_pos = static_cast<long>(m_view.size()) - 1;
@@ -320,6 +323,13 @@ void SqlCipherRecordset::insertPending()
 void SqlCipherRecordset::updatePending()
 {
     const qint64 key = currentKey();
+    // A row that already holds what is written needs no statement at all.
+    const std::vector<Value>& now = currentRow();
+    if (std::all_of(m_pending.begin(), m_pending.end(), [&](const auto& p) { return now[p.first] == p.second; })) {
+        m_edit = Edit::None;
+        m_pending.clear();
+        return;
+    }
     Statement& st = updateStatement();
     int n = 1;
     for (const auto& [index, value] : m_pending) st.bind(n++, value);
@@ -328,6 +338,8 @@ void SqlCipherRecordset::updatePending()
     const bool changed = m_db->changes() > 0;
     if (m_rowLoaded)
         for (const auto& [index, value] : m_pending) m_row[index] = value;
+    if (auto ahead = m_ahead.find(key); ahead != m_ahead.end())
+        for (const auto& [index, value] : m_pending) ahead->second[index] = value;
     m_edit = Edit::None;
     m_pending.clear();
     if (changed) noteOwnWrite(false);
@@ -369,6 +381,7 @@ void SqlCipherRecordset::Delete()
     Statement& st = m_db->prepare(QStringLiteral("DELETE FROM ") + quoted(m_query.table) + QStringLiteral(" WHERE rowid=?"));
     st.bindKey(1, key);
     st.run();
+    m_ahead.erase(key);
     m_view.erase(m_view.begin() + m_pos);
     dropKey(key);
     m_onGap = true;
@@ -452,17 +465,33 @@ const std::vector<Value>& SqlCipherRecordset::currentRow()
 {
     const qint64 key = currentKey();
     if (m_rowLoaded) return m_row;
-    Statement& st = m_db->prepare(m_rowSql);
-    st.bindKey(1, key);
-    if (!st.step()) {
-        st.reset();
-        throw noCurrentRecord(src::Field);
+    auto it = m_ahead.find(key);
+    if (it == m_ahead.end()) {
+        readAhead();
+        it = m_ahead.find(key);
+        if (it == m_ahead.end()) throw noCurrentRecord(src::Field);
     }
-    m_row.resize(m_columns.size());
-    for (int i = 0; i < m_columns.size(); ++i) m_row[i] = st.value(i, m_columns[i].kind);
-    st.reset();
+    m_row = it->second;
     m_rowLoaded = true;
     return m_row;
+}
+
+void SqlCipherRecordset::readAhead()
+{
+    constexpr long kBlock = 128;
+    m_ahead.clear();
+    const long end = std::min<long>(static_cast<long>(m_view.size()), m_pos + kBlock);
+    QStringList marks;
+    for (long i = m_pos; i < end; ++i) marks << QStringLiteral("?");
+    Statement& st = m_db->prepare(QStringLiteral("SELECT rowid,") + m_rowSql.mid(7).replace(QStringLiteral("WHERE rowid=?"),
+                                  QStringLiteral("WHERE rowid IN (") + marks.join(QLatin1Char(',')) + QLatin1Char(')')));
+    for (long i = m_pos; i < end; ++i) st.bindKey(static_cast<int>(i - m_pos + 1), m_view[i]);
+    while (st.step()) {
+        std::vector<Value> row(m_columns.size());
+        for (int i = 0; i < m_columns.size(); ++i) row[i] = st.value(i + 1, m_columns[i].kind);
+        m_ahead.emplace(st.key(0), std::move(row));
+    }
+    st.reset();
 }
 
 Value SqlCipherRecordset::fieldValue(int index)

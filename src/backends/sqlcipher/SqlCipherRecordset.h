@@ -7,6 +7,7 @@
 #include "StoreErrors.h"
 #include "platform/StoreGateway.h"
 #include <map>
+#include <unordered_map>
 #include <vector>
 
 namespace steplets::sqlcipher {
@@ -57,6 +58,7 @@ private:
     bool hasCurrent() const;
     qint64 currentKey() const;
     const std::vector<Value>& currentRow();
+    void readAhead();                        // the rows from the current one on, in one statement
     void insertPending();
     void updatePending();
     void noteOwnWrite(bool deletion);
@@ -80,6 +82,10 @@ private:
 
     bool m_rowLoaded = false;
     std::vector<Value> m_row;
+    // Rows read ahead in view order, so a sweep over thousands of rows takes one statement per
+    // block instead of one per row. Dropped when a sweep starts again and when another user of
+    // the connection writes the table; kept up to date by this recordset's own writes.
+    std::unordered_map<qint64, std::vector<Value>> m_ahead;
     Edit m_edit = Edit::None;
     std::map<int, Value> m_pending;
 

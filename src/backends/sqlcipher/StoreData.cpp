@@ -91,8 +91,8 @@ void loadDatabase(Database& db, const QJsonObject& tables)
 
 QJsonObject dumpStore(const QString& dir)
 {
-    auto local = openDatabase(connectionStringOf(Db::Local, dir));
-    auto link = openDatabase(connectionStringOf(Db::Link, dir));
+    auto local = openDatabase(connectionStringOf(Db::Local, dir), OpenMode::ReadOnly);
+    auto link = openDatabase(connectionStringOf(Db::Link, dir), OpenMode::ReadOnly);
     return QJsonObject{{QStringLiteral("local"), dumpDatabase(*local)}, {QStringLiteral("link"), dumpDatabase(*link)}};
 }
 

@@ -82,10 +82,17 @@ Failure unknownColumn(const QString& column, const QString& table)
                    QStringLiteral("The table '%1' has no column '%2'.").arg(table, column), src::Engine);
 }
 
-Failure engineFailure(const QString& path, const QString& message)
+Failure engineFailure(const QString& sentence, const QString& technical)
+{
+    return Failure(errc::EngineFailure, technical.isEmpty() ? sentence : sentence + QLatin1Char('\n') + technical, src::Engine);
+}
+
+Failure emptyDatabase(const QString& path)
 {
     return Failure(errc::EngineFailure,
-                   QStringLiteral("%1: %2").arg(QFileInfo(path).fileName(), message), src::Engine);
+                   QStringLiteral("The database file %1 is empty: it is no database, as its creation was not finished. "
+                                  "Repair it with 'steplets-admin init'.").arg(QDir::toNativeSeparators(path)),
+                   src::Engine);
 }
 
 } // namespace steplets::sqlcipher

@@ -41,6 +41,10 @@ Failure notValidPassword(const QString& path);
 Failure tableNotFound(const QString& table);
 Failure notUnderstood(const QString& query, const QString& why);
 Failure unknownColumn(const QString& column, const QString& table);
-Failure engineFailure(const QString& path, const QString& message);
+// A failure of the database engine: a sentence for the user (the file and what went wrong),
+// then, on a line of its own, the technical details that only the log needs.
+Failure engineFailure(const QString& sentence, const QString& technical = {});
+// A database file that is there but empty, as an interrupted creation leaves it.
+Failure emptyDatabase(const QString& path);
 
 } // namespace steplets::sqlcipher

@@ -1,6 +1,7 @@
 #include "DemoContacts.h"
 #include "VCard.h"
 #include "VdirFiles.h"
+#include "platform/PrivateFiles.h"
 #include <QDir>
 
 namespace steplets::vdir {
@@ -84,7 +85,7 @@ const DemoContact& demoUser() { return demoContacts().first(); }
 
 int writeDemoContacts(const QString& collectionDir)
 {
-    if (!QDir().mkpath(collectionDir))
+    if (!files::makePrivatePath(collectionDir))
         throw vdirFailure(fail::FileAccess, QStringLiteral("Cannot create the directory \"%1\"").arg(collectionDir));
     int written = 0;
     for (const DemoContact& c : demoContacts()) {

@@ -129,8 +129,9 @@ PatternData patternOfRrule(const QString& rule)
             p.Occurrences = value.toInt();
             p.NoEndDate = false;
         } else if (key == QLatin1String("UNTIL")) {
+            // A date outside the years a task can hold is passed over, as one that does not read.
             const QDate d = QDate::fromString(value.left(8), QStringLiteral("yyyyMMdd"));
-            if (d.isValid()) {
+            if (d.isValid() && d.year() >= 100 && d.year() <= 9999) {
                 p.PatternEndDate = Date::fromQDate(d);
                 p.NoEndDate = false;
             }

@@ -434,7 +434,14 @@ std::optional<TaskData> readTaskCalendar(const QByteArray& ics, QString* error)
     Component cal = parseCalendar(ics, error);
     if (!cal)
         return std::nullopt;
-    return readTodo(icalcomponent_get_first_component(cal.get(), ICAL_VTODO_COMPONENT));
+    try {
+        return readTodo(icalcomponent_get_first_component(cal.get(), ICAL_VTODO_COMPONENT));
+    } catch (const Failure& f) {
+        // A value the task cannot hold (a date after 9999) makes the file no task of ours.
+        if (error)
+            *error = QStringLiteral("a value in the task is out of range (%1)").arg(f.description());
+        return std::nullopt;
+    }
 }
 
 QByteArray writeTaskCalendar(const TaskData& task, const QByteArray& previous)

@@ -1,11 +1,12 @@
 #include "VdirFiles.h"
+#include "platform/PrivateFiles.h"
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace steplets::vdir {
@@ -28,51 +29,31 @@ Failure vdirFailure(long number, const QString& description)
     return Failure(number, description, failureSource());
 }
 
-void writeFileAtomically(const QString& path, const QByteArray& data)
+void writeFileAtomically(const QString& path, const QByteArray& data, bool replace)
 {
-    static std::atomic<unsigned> counter{0};
-    const QFileInfo target(path);
-    const QString temp = target.absolutePath() + QStringLiteral("/.%1.%2-%3.tmp")
-                             .arg(target.fileName()).arg(::getpid()).arg(counter++);
-    const QByteArray tempName = QFile::encodeName(temp);
-    // 1. Write the new content to a fresh temporary file.
-    const int fd = ::open(tempName.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
-    if (fd < 0)
-        throw writeFailure(path, systemError());
-    qsizetype done = 0;
-    while (done < data.size()) {
-        const ssize_t n = ::write(fd, data.constData() + done, static_cast<size_t>(data.size() - done));
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0) {
-            const QString why = systemError();
-            ::close(fd);
-            ::unlink(tempName.constData());
-            throw writeFailure(path, why);
-        }
-        done += n;
-    }
-    // 2. Make it durable before it takes the place of the old file.
-    if (::fsync(fd) != 0 || ::close(fd) != 0) {
-        const QString why = systemError();
-        ::unlink(tempName.constData());
+    const QString why = files::writeDurably(path, data, replace);
+    if (!why.isEmpty())
         throw writeFailure(path, why);
-    }
-    // 3. Put it in place in one step.
-    if (::rename(tempName.constData(), QFile::encodeName(path).constData()) != 0) {
-        const QString why = systemError();
-        ::unlink(tempName.constData());
-        throw writeFailure(path, why);
-    }
 }
 
 QByteArray readWholeFile(const QString& path)
 {
+    auto cannotRead = [&](const QString& why) {
+        return vdirFailure(fail::FileAccess, QStringLiteral("Cannot read the file \"%1\": %2").arg(path, why));
+    };
+    // A device or a pipe under an item's name would be read (or waited on) for ever.
+    struct stat st;
+    if (::stat(QFile::encodeName(path).constData(), &st) == 0 && !S_ISREG(st.st_mode))
+        throw cannotRead(QStringLiteral("it is not a regular file"));
     QFile f(path);
     if (!f.open(QIODevice::ReadOnly))
-        throw vdirFailure(fail::FileAccess,
-                          QStringLiteral("Cannot read the file \"%1\": %2").arg(path, f.errorString()));
-    return f.readAll();
+        throw cannotRead(f.errorString());
+    if (::fstat(f.handle(), &st) != 0 || !S_ISREG(st.st_mode))
+        throw cannotRead(QStringLiteral("it is not a regular file"));
+    const QByteArray data = f.read(kMaxFileBytes + 1);
+    if (data.size() > kMaxFileBytes)
+        throw cannotRead(QStringLiteral("it is larger than %1 MB").arg(kMaxFileBytes >> 20));
+    return data;
 }
 
 void removeFile(const QString& path)

@@ -22,8 +22,13 @@ constexpr long BadFile = -2147467259;        // the file holds no valid item
 Failure vdirFailure(long number, const QString& description);
 
 // Writes data to a hidden temporary file beside path, flushes it to disk, then renames it over
-// path, so a reader sees the old or the new content and never a part.
-void writeFileAtomically(const QString& path, const QByteArray& data);
+// path (never over an existing file unless `replace`), so a reader sees the old or the new
+// content and never a part; the file keeps its mode, a new one is 0600.
+void writeFileAtomically(const QString& path, const QByteArray& data, bool replace = true);
+// The largest item file read; a task or a card is a few kilobytes.
+constexpr qint64 kMaxFileBytes = 16 << 20;
+// A regular file's whole content; anything else, or a file above kMaxFileBytes, is a failure
+// naming the file.
 QByteArray readWholeFile(const QString& path);
 void removeFile(const QString& path);
 

@@ -253,13 +253,15 @@ void VdirTaskItem::Save()
 {
     m_state.checkUsable(QStringLiteral("task"));
     // 1. A new task gets its EntryID, which is also its UID.
-    if (m_state.entryId.isEmpty())
+    const bool isNew = m_state.entryId.isEmpty();
+    if (isNew)
         m_state.entryId = m_state.store->newEntryID();
     if (m_data.uid.isEmpty())
         m_data.uid = m_state.entryId;
-    // 2. Write the file, keeping what other clients put into it.
+    // 2. Write the file, keeping what other clients put into it; a new task never takes the
+    // place of a file that is there.
     const QByteArray bytes = writeTaskCalendar(m_data, m_state.raw);
-    m_state.store->write(m_state.path(QStringLiteral(".ics")), bytes);
+    m_state.store->write(m_state.path(QStringLiteral(".ics")), bytes, !isNew);
     m_state.raw = bytes;
     m_state.saved = true;
 }
@@ -351,12 +353,13 @@ void VdirContactItem::set(const QString& name, const Value& value)
 void VdirContactItem::Save()
 {
     m_state.checkUsable(QStringLiteral("contact"));
-    if (m_state.entryId.isEmpty())
+    const bool isNew = m_state.entryId.isEmpty();
+    if (isNew)
         m_state.entryId = m_state.store->newEntryID();
     if (m_data.uid.isEmpty())
         m_data.uid = m_state.entryId;
     const QByteArray bytes = writeContactCard(m_data);
-    m_state.store->write(m_state.path(QStringLiteral(".vcf")), bytes);
+    m_state.store->write(m_state.path(QStringLiteral(".vcf")), bytes, !isNew);
     m_state.raw = bytes;
     m_state.saved = true;
 }

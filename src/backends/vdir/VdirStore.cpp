@@ -2,6 +2,7 @@
 #include "TaskCalendar.h"
 #include "VdirFiles.h"
 #include "VdirItems.h"
+#include "platform/PrivateFiles.h"
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -74,6 +75,8 @@ public:
         if (!m_store->hasCollection(entryID))
             throw vdirFailure(fail::NotFound, QStringLiteral("The folder \"%1\" was not found in the store \"%2\".")
                                                   .arg(entryID, m_store->config().storeId));
+        // What writers that were killed between write and rename left behind goes now.
+        files::sweepTemporaries(m_store->collectionPath(entryID));
         return std::make_shared<VdirFolder>(m_store, entryID);
     }
 
@@ -130,7 +133,7 @@ bool VdirStore::hasCollection(const QString& folderEntryID) const
 
 void VdirStore::ensureCollection(const QString& folderEntryID) const
 {
-    if (!isPlainName(folderEntryID) || !QDir().mkpath(collectionPath(folderEntryID)))
+    if (!isPlainName(folderEntryID) || !files::makePrivatePath(collectionPath(folderEntryID)))
         throw vdirFailure(fail::FileAccess, QStringLiteral("Cannot create the folder \"%1\" in \"%2\".")
                                                 .arg(folderEntryID, m_config.root));
 }
@@ -232,9 +235,9 @@ std::shared_ptr<ol::TaskItem> VdirStore::newTask(const QString& folderEntryID)
     return std::make_shared<VdirTaskItem>(shared_from_this(), folderEntryID, QString(), QByteArray(), TaskData{}, false);
 }
 
-void VdirStore::write(const QString& path, const QByteArray& bytes)
+void VdirStore::write(const QString& path, const QByteArray& bytes, bool replace)
 {
-    writeFileAtomically(path, bytes);
+    writeFileAtomically(path, bytes, replace);
     m_cache.remove(path);
 }
 

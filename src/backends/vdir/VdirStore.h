@@ -58,8 +58,9 @@ public:
     std::shared_ptr<ol::Item> itemFor(LoadedItem loaded);
     std::shared_ptr<ol::TaskItem> newTask(const QString& folderEntryID);
 
-    // Writes a file and remembers what was written, so that our own write is no change.
-    void write(const QString& path, const QByteArray& bytes);
+    // Writes a file and remembers what was written, so that our own write is no change. Without
+    // `replace` an existing file is a failure and stays as it is.
+    void write(const QString& path, const QByteArray& bytes, bool replace = true);
     void forget(const QString& path);
     QString newEntryID() const;
 

@@ -1,7 +1,15 @@
 // steplets-admin as a person runs it: init, check, seed-demo, dump, and its errors.
 #include "TempDir.h"
+#include "backends/sqlcipher/Database.h"
 #include "backends/sqlcipher/Schema.h"
+#include "backends/sqlcipher/SqlCipherConnection.h"
+#include "backends/sqlcipher/StoreData.h"
+#include "backends/vdir/TaskCalendar.h"
+#include "backends/vdir/VdirFiles.h"
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <functional>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -31,7 +39,18 @@ protected:
         return Outcome{p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
     }
 
-    QStringList inDir(const char* command) { return {QString::fromLatin1(command), QStringLiteral("--dir"), dir.path()}; }
+    QStringList inDir(const char* command, const QString& where = {})
+    {
+        return {QString::fromLatin1(command), QStringLiteral("--dir"), where.isEmpty() ? dir.path() : where};
+    }
+    // Every file of a directory with its size and time, to see that nothing changed.
+    static QStringList listing(const QString& where)
+    {
+        QStringList out;
+        for (const QFileInfo& f : QDir(where).entryInfoList(QDir::Files | QDir::Hidden, QDir::Name))
+            out << QStringLiteral("%1 %2 %3").arg(f.fileName()).arg(f.size()).arg(f.lastModified().toMSecsSinceEpoch());
+        return out;
+    }
 
     TempDir dir;
 };
@@ -110,6 +129,87 @@ TEST_F(AdminTool, MissingDatabasesAndWrongUsage)
     const Outcome help = admin({QStringLiteral("--help")});
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_TRUE(help.out.contains(QStringLiteral("seed-demo")));
+}
+
+// What an init stopped half-way (killed, or on a full disk) leaves, the next init finishes.
+TEST_F(AdminTool, InitFinishesWhatAnInterruptedOneLeft)
+{
+    const QString password = sqlcipher::connectionPart(storeFiles::localConnectionString(QStringLiteral("/")),
+                                                       QStringLiteral("Jet OLEDB:Database Password"));
+    struct Case { const char* what; std::function<void(const QString&)> leave; int templates; };
+    const Case cases[] = {
+        {"an empty OVLocal.db", [](const QString& d) { QFile f(d + "/OVLocal.db"); f.open(QIODevice::WriteOnly); }, 0},
+        {"an OVLocal.db without tables",
+         [&](const QString& d) { sqlcipher::Database::open(d + "/OVLocal.db", password, sqlcipher::OpenMode::Create); }, 0},
+        {"a whole OVLocal.db and no OVLink.db",
+         [&](const QString& d) {
+             ASSERT_EQ(admin(inDir("init", d)).exitCode, 0);
+             ASSERT_EQ(admin(inDir("seed-demo", d)).exitCode, 0);
+             ASSERT_TRUE(QFile::remove(d + "/OVLink.db"));
+         }, 1},
+        {"the temporary file of a creation killed before its rename",
+         [](const QString& d) {
+             for (const char* name : {"/.OVLocal.db.999999-0.tmp", "/.OVLocal.db.999999-0.tmp-wal"}) {
+                 QFile f(d + QLatin1String(name));
+                 f.open(QIODevice::WriteOnly);
+                 f.write("half");
+             }
+         }, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        TempDir here;
+        c.leave(here.path());
+        const Outcome init = admin(inDir("init", here.path()));
+        EXPECT_EQ(init.exitCode, 0) << init.err.toStdString();
+        const Outcome check = admin(inDir("check", here.path()));
+        EXPECT_EQ(check.exitCode, 0) << check.out.toStdString() << check.err.toStdString();
+        const QJsonObject store = QJsonDocument::fromJson(admin(inDir("dump", here.path())).out.toUtf8()).object();
+        EXPECT_GE(store.value("local").toObject().value("tblSteplets").toArray().size(), c.templates) << "the data stays";
+        EXPECT_EQ(QDir(here.path()).entryList(QDir::Files | QDir::Hidden), (QStringList{"OVLink.db", "OVLocal.db"}));
+    }
+}
+
+TEST_F(AdminTool, DumpAndCheckChangeNothingAndRefuseAFileThatIsNoDatabase)
+{
+    ASSERT_EQ(admin(inDir("init")).exitCode, 0);
+    const QStringList before = listing(dir.path());
+    for (const char* command : {"dump", "check"})
+        EXPECT_EQ(admin(inDir(command)).exitCode, 0) << command;
+    EXPECT_EQ(listing(dir.path()), before);
+
+    QFile local(dir.file(QStringLiteral("OVLocal.db")));
+    ASSERT_TRUE(local.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    local.close();
+    for (const char* command : {"dump", "check"}) {
+        const Outcome r = admin(inDir(command));
+        EXPECT_EQ(r.exitCode, 1) << command;
+        EXPECT_TRUE(r.err.contains(dir.file(QStringLiteral("OVLocal.db")) + QStringLiteral(" is empty"))) << r.err.toStdString();
+        EXPECT_EQ(r.err.count(QLatin1Char('\n')), 1);
+        EXPECT_EQ(QFileInfo(local.fileName()).size(), 0) << command << " wrote into it";
+    }
+}
+
+TEST_F(AdminTool, CheckNamesTheRecordedTasksThatAreMissingOrLackTheirTimeCardProperties)
+{
+    ASSERT_EQ(admin(inDir("init")).exitCode, 0);
+    QDir().mkpath(dir.file(QStringLiteral("vdir/tasks")));
+    for (const char* id : {"whole", "half"}) {
+        vdir::TaskData t;
+        t.uid = QLatin1String(id);
+        t.Subject = QStringLiteral("Task %1").arg(QLatin1String(id));
+        if (t.uid == QLatin1String("whole"))
+            t.userProperties << vdir::UserPropertyData{QStringLiteral("OrdivaneID"), 1, false, Value(QStringLiteral("whole"))};
+        vdir::writeFileAtomically(dir.file(QStringLiteral("vdir/tasks/%1.ics").arg(QLatin1String(id))), vdir::writeTaskCalendar(t));
+    }
+    sqlcipher::loadStore(dir.path(), QJsonDocument::fromJson(R"({"link": {"tblTasks": [
+        {"EntryID": "whole", "TimeCardID": 7}, {"EntryID": "half", "TimeCardID": 7}, {"EntryID": "gone", "TimeCardID": 7}]}})").object());
+    const Outcome check = admin(inDir("check"));
+    EXPECT_EQ(check.exitCode, 1);
+    const QStringList lines = check.out.trimmed().split(QLatin1Char('\n'));
+    ASSERT_EQ(lines.size(), 2) << check.out.toStdString();
+    EXPECT_TRUE(lines[0].contains(QStringLiteral("the task half of time card 7 lacks its time-card properties"))) << lines[0].toStdString();
+    EXPECT_TRUE(lines[1].contains(QStringLiteral("the task gone of time card 7 is missing"))) << lines[1].toStdString();
 }
 
 TEST_F(AdminTool, StepletsHomeIsTheDefaultDirectory)

@@ -8,7 +8,9 @@
 #include "backends/vdir/VdirFiles.h"
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
+#include <QProcess>
 #include <QSettings>
 #include "QStringPrinting.h"
 #include <gtest/gtest.h>
@@ -20,6 +22,19 @@ namespace {
 
 // The chooser is the session's window; closing it ends the session.
 const char* const kClose = R"("script": [{"form": "frmSteplet", "close": true}])";
+
+// A file of tests/scenarios, without its expectations.
+Scenario scenarioFile(const char* name)
+{
+    QFile f(QStringLiteral(STEPLETS_SCENARIOS_DIR "/") + QLatin1String(name));
+    EXPECT_TRUE(f.open(QIODevice::ReadOnly)) << name;
+    QString error;
+    auto s = parseScenario(f.readAll(), &error, QStringLiteral(STEPLETS_SCENARIOS_DIR));
+    EXPECT_TRUE(s) << error.toStdString();
+    if (!s) return Scenario();
+    s->expect.reset();
+    return *s;
+}
 
 Scenario scenarioOf(const QString& body)
 {
@@ -199,4 +214,34 @@ TEST_F(PlayTest, ASetUpThatCannotBeDoneNamesTheMember)
     // A directory that already holds the databases is not played over.
     const PlayResult again = play(scenarioOf(R"({"script": []})"), other.path());
     EXPECT_EQ(again.exit, CannotPlay);
+}
+
+TEST_F(PlayTest, AKeptDirectoryKeepsTheItemsItHeld)
+{
+    // Another session's task under the name the first new task of this one would take.
+    const QString earlier = QDir(ws.vdirRoot()).filePath("tasks/new-0001.ics");
+    vdir::TaskData t;
+    t.uid = "new-0001";
+    t.Subject = "made in an earlier session";
+    QDir().mkpath(QFileInfo(earlier).path());
+    vdir::writeFileAtomically(earlier, vdir::writeTaskCalendar(t));
+    const QByteArray before = vdir::readWholeFile(earlier);
+
+    const PlayResult r = play(scenarioFile("process-contact-none.json"), dir.path());
+    ASSERT_EQ(r.exit, Passed) << r.problem.toStdString();
+    EXPECT_EQ(vdir::readWholeFile(earlier), before);
+    const auto made = vdir::readTaskCalendar(vdir::readWholeFile(QDir(ws.vdirRoot()).filePath("tasks/new-0002.ics")), nullptr);
+    ASSERT_TRUE(made);
+    EXPECT_EQ(made->Subject, "Review the annual accounts");
+}
+
+TEST_F(PlayTest, EveryFileAKeptPlayMakesIsTheUsersAlone)
+{
+    QProcess player;
+    player.start(QStringLiteral(STEPLETS_SCENARIO_PLAYER),
+                 {QStringLiteral(STEPLETS_SCENARIOS_DIR "/process-contact-none.json"), "--keep", dir.file("kept"), "--out", dir.file("kept.json")});
+    ASSERT_TRUE(player.waitForFinished(60000));
+    ASSERT_EQ(player.exitCode(), 0) << player.readAllStandardError().toStdString();
+    ASSERT_TRUE(QFile::exists(dir.file("kept/vdir/tasks/new-0001.ics")));
+    EXPECT_EQ(test::notPrivate(dir.path()), QStringList());
 }

@@ -60,7 +60,9 @@ TEST(ScriptReading, MalformedStepsNameTheStepAndTheMember) {
               QStringLiteral("step 1: member \"item.subject\" does not belong in an item step"));
     EXPECT_EQ(errorOf(R"([{"picker": {"ContactID": "4", "name": "a", "EntryID": "e"}}])"),
               QStringLiteral("step 1: member \"picker.ContactID\" must be a whole number"));
-    EXPECT_EQ(errorOf(R"([{"wait": -1}])"), QStringLiteral("step 1: member \"wait\" must be a number of seconds, not negative"));
+    for (const char* wait : {R"([{"wait": -1}])", R"([{"wait": 1e308}])", R"([{"wait": 3155760001}])"})
+        EXPECT_EQ(errorOf(wait), QStringLiteral("step 1: member \"wait\" must be a number of seconds from 0 to 3155760000")) << wait;
+    EXPECT_EQ(errorOf(R"([{"form": "f", "dblclick": "g", "row": 1e300}])"), QStringLiteral("step 1: member \"row\" must be a whole number"));
     EXPECT_EQ(errorOf(R"([{"form": "f"}])").left(27), QStringLiteral("step 1: no action member (o"));
 }
 

@@ -57,6 +57,7 @@ TEST_F(GetRegSettingsTest, FirstRunTakesTheDefaultsAndRecordsTheProgramDirectory
     EXPECT_TRUE(s.ErrorTrail.endsWith("\r\nX:modInitialize: GetRegSettings"));
     EXPECT_TRUE(sink.failures.empty());
     EXPECT_FALSE(s.settingsKey) << "the key handle is released";
+    EXPECT_EQ(test::notPrivate(dir.path()), QStringList()) << "the file and its folders are the user's alone";
 }
 
 TEST_F(GetRegSettingsTest, StoredValuesWinAndAMovedComponentRewritesItsDirectory)
@@ -82,18 +83,34 @@ TEST_F(GetRegSettingsTest, StoredValuesWinAndAMovedComponentRewritesItsDirectory
     EXPECT_EQ(stored("Program Directory").toString(), dir.file("component"));
 }
 
-TEST_F(GetRegSettingsTest, TextWhereANumberBelongsIsReportedAndLeavesTheRestUnread)
+TEST_F(GetRegSettingsTest, ANumberThatCannotBeReadIsReportedWithItsSettingAndFile)
 {
-    store("Link User", "yes please");
-    store("Fill-In 1", "Date");
-    EXPECT_FALSE(modInitialize::GetRegSettings());
-    ASSERT_EQ(sink.failures.size(), 1u);
-    EXPECT_TRUE(sink.failures[0].description.contains("Link User"));
-    EXPECT_TRUE(sink.failures[0].location.endsWith("modInitialize: GetRegSettings:Line 40"));
-    const SessionContext& s = session();
-    EXPECT_EQ(s.iTaskSelection.value(), 1) << "read before the failure";
-    EXPECT_EQ(s.sDefaultFillIn[1], "") << "never read";
-    EXPECT_FALSE(stored("Program Directory").isValid());
+    struct Case { const char* setting; const char* stored; const char* said; int line; };
+    const Case cases[] = {
+        {"Link User", "yes please", "holds \"yes please\" where a number belongs", 40},
+        {"Link User", "1,2", "holds \"1, 2\" where a number belongs", 40},
+        {"Task Selection", "40000", "holds 40000, which is outside its range (-32768 to 32767)", 30},
+        {"Link User if no Contact", "99999999999", "outside the range of a number setting", 50},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.stored);
+        session() = SessionContext();
+        sink.failures.clear();
+        QFile::remove(iniFile());
+        QDir().mkpath(QFileInfo(iniFile()).path());
+        QFile f(iniFile());
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(QByteArray("[Steplets]\n") + c.setting + "=" + c.stored + "\nFill-In 1=Date\n");
+        f.close();
+        EXPECT_FALSE(modInitialize::GetRegSettings());
+        ASSERT_EQ(sink.failures.size(), 1u);
+        const QString said = sink.failures[0].description;
+        EXPECT_TRUE(said.contains(QStringLiteral("\"%1\" in %2 ").arg(QLatin1String(c.setting), iniFile()))) << said.toStdString();
+        EXPECT_TRUE(said.contains(QLatin1String(c.said))) << said.toStdString();
+        EXPECT_TRUE(sink.failures[0].location.endsWith(QStringLiteral("GetRegSettings:Line %1").arg(c.line)));
+        EXPECT_EQ(session().sDefaultFillIn[1], "") << "never read";
+        EXPECT_FALSE(stored("Program Directory").isValid());
+    }
 }
 
 TEST_F(GetRegSettingsTest, AnUnreadableSettingsFileIsAFailureNotACrash)
@@ -105,19 +122,69 @@ TEST_F(GetRegSettingsTest, AnUnreadableSettingsFileIsAFailureNotACrash)
     EXPECT_TRUE(sink.failures[0].location.endsWith(":Line 20"));
 }
 
-TEST_F(GetRegSettingsTest, AGarbledFileIsReportedAndLeftUntouched)
+// Files the INI reader cannot read cleanly are the host's too: neither a read nor a write may
+// touch them, and the failure says which file and what is wrong with it.
+TEST_F(GetRegSettingsTest, AFileNotReadCleanlyIsNeverWrittenAndTheFailureSaysWhy)
+{
+    struct Case { const char* what; QByteArray bytes; const char* why; };
+    const Case cases[] = {
+        {"binary", QByteArray("[Steplets]\nTask Selection=0\n\x01\x02garbage\n"), "line 3 holds binary data"},
+        {"utf-16", QByteArray("\xff\xfe[\0S\0]\0\n\0", 10), "UTF-16"},
+        {"latin-1", QByteArray("[Steplets]\nUser Prompt 1=Caf\xe9\n"), "line 2 is not UTF-8"},
+        {"hash comment", QByteArray("[Steplets]\n# chosen by the host\nLink User=1\n"), "line 2 starts with '#'"},
+        {"no equals", QByteArray("[Steplets]\nLink User=1\njust words\n"), "line 3 (\"just words\") has no '='"},
+    };
+    QDir().mkpath(QFileInfo(iniFile()).path());
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        QFile f(iniFile());
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        f.write(c.bytes);
+        f.close();
+        // A read ...
+        session() = SessionContext();
+        sink.failures.clear();
+        EXPECT_FALSE(modInitialize::GetRegSettings());
+        ASSERT_EQ(sink.failures.size(), 1u);
+        EXPECT_TRUE(sink.failures[0].description.contains(iniFile())) << sink.failures[0].description.toStdString();
+        EXPECT_TRUE(sink.failures[0].description.contains(QLatin1String(c.why))) << sink.failures[0].description.toStdString();
+        // ... and a write straight after opening the key, as the prompt's answer is stored.
+        try {
+            auto key = backend->OpenKey(modInitialize::kRootPath, modInitialize::kKeyName);
+            backend->WriteNumber(*key, QStringLiteral("New Task Description"), 0);
+            ADD_FAILURE() << "the write went through";
+        } catch (const Failure& failure) {
+            EXPECT_TRUE(failure.description().contains(iniFile())) << failure.description().toStdString();
+            EXPECT_TRUE(failure.description().contains(QLatin1String(c.why))) << failure.description().toStdString();
+        }
+        ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+        EXPECT_EQ(f.readAll(), c.bytes) << "the file is left as it was";
+        f.close();
+    }
+}
+
+TEST_F(GetRegSettingsTest, TheFirstWriteOfAProcessKeepsTheFileAsItWasInABak)
 {
     QDir().mkpath(QFileInfo(iniFile()).path());
+    const QByteArray original("; kept by hand\n[Steplets]\nFill-In 2=Date\n");
     QFile f(iniFile());
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    const QByteArray garbage("[Steplets]\nTask Selection=0\n\x01\x02garbage without equals\n");
-    f.write(garbage);
+    f.write(original);
     f.close();
-    EXPECT_FALSE(modInitialize::GetRegSettings());
-    ASSERT_EQ(sink.failures.size(), 1u);
-    EXPECT_TRUE(sink.failures[0].description.contains("not a valid settings file"));
-    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    EXPECT_EQ(f.readAll(), garbage);
+    ASSERT_TRUE(f.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup));
+    auto key = backend->OpenKey(modInitialize::kRootPath, modInitialize::kKeyName);
+    backend->WriteNumber(*key, QStringLiteral("Link User"), 1);
+    backend->WriteText(*key, QStringLiteral("Fill-In 3"), QStringLiteral("Current Date"));
+    QFile bak(iniFile() + QStringLiteral(".bak"));
+    ASSERT_TRUE(bak.open(QIODevice::ReadOnly));
+    EXPECT_EQ(bak.readAll(), original) << "copied once, before the first write";
+    const auto notUser = ~(QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ExeUser);
+    EXPECT_EQ(bak.permissions() & notUser, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    EXPECT_EQ(f.permissions() & notUser, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup)
+        << "a rewrite keeps the file's mode";
+    EXPECT_EQ(stored("Fill-In 2").toString(), QStringLiteral("Date"));
+    EXPECT_EQ(stored("Link User").toInt(), 1);
+    EXPECT_EQ(stored("Fill-In 3").toString(), QStringLiteral("Current Date"));
 }
 
 TEST_F(GetRegSettingsTest, HandEditedTextWithACommaReadsWhole)

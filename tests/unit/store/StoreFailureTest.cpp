@@ -1,6 +1,8 @@
 // What goes wrong, with a number and a description a person can act on.
 #include "StoreFixture.h"
+#include "backends/sqlcipher/StoreData.h"
 #include <QFile>
+#include <QJsonDocument>
 
 namespace steplets::test {
 namespace {
@@ -76,6 +78,20 @@ TEST_F(StoreFailure, QueriesTheStoreDoesNotUnderstand)
             EXPECT_EQ(f.number(), -2147217900) << q;
             EXPECT_TRUE(f.description().contains(QString::fromLatin1(q))) << f.description().toStdString();
         }
+    }
+}
+
+TEST_F(StoreFailure, AnEngineFailureSaysInWordsWhichFileAndWhatAndKeepsTheStatementForTheLog)
+{
+    try {
+        sqlcipher::loadStore(dir.path(), QJsonDocument::fromJson(R"({"local": {"tblTaskGroups": [{"ID": 1}, {"ID": 1}]}})").object());
+        ADD_FAILURE() << "a second row with the same key went in";
+    } catch (const Failure& f) {
+        EXPECT_EQ(f.description().section(QLatin1Char('\n'), 0, 0),
+                  QStringLiteral("Steplets cannot save a change to the database %1: a value breaks a rule of its table.")
+                      .arg(dir.file(QStringLiteral("OVLocal.db"))));
+        EXPECT_TRUE(f.description().section(QLatin1Char('\n'), 1).contains(QStringLiteral("INSERT INTO \"tblTaskGroups\"")))
+            << f.description().toStdString();
     }
 }
 

@@ -131,4 +131,6 @@ TEST_F(Recurrence, AnotherClientsRuleIsUnderstood)
     EXPECT_EQ(pattern->get(QStringLiteral("DayOfWeekMask")), Value(ol::olFriday));
     EXPECT_EQ(pattern->get(QStringLiteral("PatternEndDate")), Value(Date::fromParts(2024, 12, 31)));
     EXPECT_EQ(pattern->get(QStringLiteral("NoEndDate")), Value(false));
+    // Found by fuzz-rrule: an UNTIL in the year 26 is passed over, as one that does not read.
+    EXPECT_TRUE(vdir::patternOfRrule(QStringLiteral("FREQ=DAILY;INTERVAL=3;UNTIL=00260401")).NoEndDate);
 }

@@ -79,3 +79,38 @@ TEST(VCardCodec, FaultyFilesAreRefusedWithAReason)
         EXPECT_TRUE(error.contains(reason)) << error.toStdString();
     }
 }
+
+// vCard 2.1 values as other programs write them: decoded to text, or the card refused with the
+// line that cannot be.
+TEST(VCardCodec, OldStyleValuesAreDecodedAndUndecodableOnesRefused)
+{
+    struct Case { const char* what; QByteArray line; QString text; const char* error; };
+    const Case cases[] = {
+        {"quoted-printable", "FN;ENCODING=QUOTED-PRINTABLE;CHARSET=UTF-8:Ada By=C3=A9rne", QString::fromUtf8("Ada Byérne"), nullptr},
+        {"soft line breaks", "FN;QUOTED-PRINTABLE:Ada =\r\nBy=C3=\r\n=A9rne", QString::fromUtf8("Ada Byérne"), nullptr},
+        {"encoded line break", "NOTE;ENCODING=QUOTED-PRINTABLE:one=0D=0Atwo", QStringLiteral("one\ntwo"), nullptr},
+        {"latin-1", "FN;CHARSET=ISO-8859-1:Ada By\xe9rne", QString::fromUtf8("Ada Byérne"), nullptr},
+        {"windows-1252", "FN;CHARSET=windows-1252:\x93" "By\xe9rne\x94", QString::fromUtf8("“Byérne”"), nullptr},
+        {"fold inside a character", "FN:Ada By\xc3\r\n \xa9rne", QString::fromUtf8("Ada Byérne"), nullptr},
+        {"invalid bytes", "FN:Ada By\xff\xferne", {}, "the value of FN in line 3 is not valid UTF-8"},
+        {"invalid after decoding", "FN;ENCODING=QUOTED-PRINTABLE:By=E9rne", {}, "the value of FN in line 3 is not valid UTF-8"},
+        {"unknown charset", "FN;CHARSET=KOI8-R:\xe1\xe4\xe1", {}, "the value of FN in line 3 is in the charset KOI8-R, which is not supported"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const QByteArray file = "BEGIN:VCARD\r\nVERSION:2.1\r\n" + c.line + "\r\nEND:VCARD\r\n";
+        QString error;
+        const auto card = VCard::parse(file, &error);
+        if (c.error) {
+            EXPECT_FALSE(card.has_value());
+            EXPECT_EQ(error, QLatin1String(c.error));
+            continue;
+        }
+        ASSERT_TRUE(card.has_value()) << error.toStdString();
+        ASSERT_EQ(card->lines.size(), 2);
+        const VCardLine& line = card->lines[1];
+        EXPECT_EQ(line.text(), c.text);
+        EXPECT_TRUE(line.params.isEmpty()) << "the decoded value is plain text";
+        EXPECT_EQ(VCard::parse(card->serialize(), &error)->lines[1].text(), c.text) << "and is written as such";
+    }
+}
