@@ -11,7 +11,7 @@
 #include "backends/scripted/ScriptedHost.h"
 #include "backends/sqlcipher/SqlCipherStore.h"
 #include "backends/vdir/VdirStore.h"
-#include "chooser/frmSteplet.h"
+#include "component/clsSteplets.h"
 #include "platform/runtime/DateFormats.h"
 #include "platform/ErrorReporter.h"
 #include "session/SessionContext.h"
@@ -91,7 +91,7 @@ double timeSession(const scenario::Scenario& s)
     HostArguments args = s.host;
     args.olApp = vdir::openVdirStore(config, host);
     args.olNS = args.olApp->GetNamespace(QStringLiteral("MAPI"));
-    Ports& ports = process().ports;
+    Ports ports;
     ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
     ports.settings = std::make_shared<IniSettings>(ws.configDir());
     ports.ui = host;
@@ -102,13 +102,13 @@ double timeSession(const scenario::Scenario& s)
     t.start();
     bool ended = true;
     try {
-        clsSteplets component([h] { return makeChooserWindow(*h); });
+        clsSteplets component(std::move(ports));
         args.callOn(component);
     } catch (...) {
         ended = false;
     }
     const double ms = t.nsecsElapsed() / 1e6;
-    process().ports = Ports();
+    session().ports = Ports();
     const bool allMade = QDir(QDir(ws.vdirRoot()).filePath(s.host.sTaskFolderEID))
                              .entryList({QStringLiteral("*.ics")}, QDir::Files).size() > 0;
     return ended && !g_reported && h->script().atEnd() && allMade ? ms : -1.0;

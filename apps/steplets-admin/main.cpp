@@ -1,6 +1,7 @@
 // steplets-admin COMMAND [--dir D]: init, seed-demo, dump, check. Exit 0 on success, 1 when
 // the data is at fault, 2 on wrong usage.
 #include "AdminCommands.h"
+#include "DemoData.h"
 #include "backends/sqlcipher/Schema.h"
 #include "platform/runtime/Failure.h"
 #include <QCommandLineParser>
@@ -62,8 +63,8 @@ int main(int argc, char** argv)
 
     QTextStream out(stdout);
     try {
-        if (command == QLatin1String("init")) admin::init(dir, out);
-        else if (command == QLatin1String("seed-demo")) admin::seedDemo(dir, out);
+        if (command == QLatin1String("init")) demo::createDatabases(dir, out);
+        else if (command == QLatin1String("seed-demo")) demo::seed(dir, out);
         else if (command == QLatin1String("dump")) admin::dump(dir, out);
         else if (command == QLatin1String("check")) return admin::check(dir, out) ? 0 : 1;
         else return usageError(QStringLiteral("unknown command '%1'").arg(command));

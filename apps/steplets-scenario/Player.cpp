@@ -1,5 +1,4 @@
 #include "Player.h"
-#include "ChooserWindow.h"
 #include "Matcher.h"
 #include "Transcript.h"
 #include "Workspace.h"
@@ -90,6 +89,7 @@ struct Wiring {
     std::unique_ptr<qtplay::QtScriptDriver> qtDriver;
     std::shared_ptr<CreatedItems> created;
     std::shared_ptr<ol::Application> app;
+    Ports ports;
 };
 
 void wireHost(Wiring& w, const Scenario& s, Host on)
@@ -170,7 +170,7 @@ Wiring wire(const Scenario& s, const Workspace& ws, const ItemOrder& order, Host
     w.app = vdir::openVdirStore(config, w.host);
 
     DateFormats::setCurrent(std::make_shared<FixedEnglishFormats>());
-    Ports& ports = process().ports;
+    Ports& ports = w.ports;
     ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
     ports.settings = std::make_shared<IniSettings>(ws.configDir());
     if (s.settingsUnwritableAfter)
@@ -188,8 +188,7 @@ std::pair<int, QString> callHost(const Scenario& s, Wiring& w)
         HostArguments args = s.host;
         args.olApp = w.app;
         args.olNS = w.app->GetNamespace(QStringLiteral("MAPI"));
-        UiHost* host = w.host.get();
-        clsSteplets component([host] { return makeChooserWindow(*host); });
+        clsSteplets component(w.ports);
         args.callOn(component);
     } catch (const HostAbort& abort) {
         if (abort.reason() == HostAbort::Reason::CannotPlay) return {CannotPlay, abort.message()};
@@ -211,7 +210,7 @@ std::pair<int, QString> callHost(const Scenario& s, Wiring& w)
 PlayResult play(const Scenario& scenario, const QString& dir, Host on, const PlayHooks& hooks)
 {
     PlayResult result;
-    // 1. Set up the stores as the scenario has them.
+    // The stores as the scenario has them. as the scenario has them.
     const Workspace ws{QDir::cleanPath(QDir(dir).absolutePath())};
     try {
         setUp(scenario, ws);
@@ -219,7 +218,7 @@ PlayResult play(const Scenario& scenario, const QString& dir, Host on, const Pla
         return PlayResult{CannotPlay, p.message, std::nullopt};
     }
     if (hooks.afterSetUp) hooks.afterSetUp(ws.dir);
-    // 2. Wire the ports and make the host's call.
+    // The ports, then the host's call. and make the host's call.
     const ItemOrder order{entryIdsOf(scenario.outlook.tasks), entryIdsOf(scenario.outlook.contacts), {}};
     Wiring w = wire(scenario, ws, order, on, hooks);
     const auto [exit, why] = callHost(scenario, w);
@@ -228,7 +227,7 @@ PlayResult play(const Scenario& scenario, const QString& dir, Host on, const Pla
         if (QDir(goneFolder(folder)).exists() && !QDir(folder).exists()) QDir().rename(goneFolder(folder), folder);
     }
     if (scenario.settingsUnwritableAfter) SettingsUnwritableAfter::putBack(ws.settingsFile());
-    // 3. The transcript, read back from the files.
+    // The transcript, read back from the files.
     TranscriptParts parts;
     if (exit != Passed) parts.status = why;
     parts.events = w.log->events();
@@ -238,7 +237,7 @@ PlayResult play(const Scenario& scenario, const QString& dir, Host on, const Pla
     result.transcript = transcript(parts, ws, listed);
     result.exit = exit;
     result.problem = why;
-    // 4. The expectations, only for a session that was played to its end.
+    // The expectations, only for a session that was played to its end.
     if (exit == Passed && scenario.expect) {
         const QString mismatch = firstMismatch(*scenario.expect, *result.transcript);
         if (!mismatch.isEmpty()) {
@@ -249,7 +248,8 @@ PlayResult play(const Scenario& scenario, const QString& dir, Host on, const Pla
     // The host lets go of what it handed the component; the store's objects hold the windows' host.
     session().olApp.reset();
     session().olNS.reset();
-    process().ports = Ports();
+    session().ports = Ports();
+    w.ports = Ports();
     if (w.qtDriver) w.qtDriver.reset();
     return result;
 }

@@ -3,7 +3,7 @@
 // file is refused with a message naming the member (and the step) that is wrong.
 #include "backends/scripted/Script.h"
 #include "platform/runtime/Date.h"
-#include "session/clsSteplets.h"
+#include "component/clsSteplets.h"
 #include <QByteArray>
 #include <QJsonArray>
 #include <QJsonObject>

@@ -1,5 +1,5 @@
 #include "Desktop.h"
-#include "AdminCommands.h"
+#include "DemoData.h"
 #include "QtUiHost.h"
 #include "backends/qsettings/IniSettings.h"
 #include "backends/sqlcipher/Schema.h"
@@ -71,8 +71,8 @@ bool ensureEmbeddedDefault(const QString& home)
         QDir(staging).removeRecursively();
         QString said;
         QTextStream out(&said);
-        admin::init(staging, out);
-        admin::seedDemo(staging, out);
+        demo::createDatabases(staging, out);
+        demo::seed(staging, out);
         if (const QString why = files::writeDurably(complete, {}); !why.isEmpty()) throw failed(complete, why);
     }
     const QDir cards(QDir(staging).filePath(QStringLiteral("vdir/contacts")));
@@ -175,7 +175,7 @@ QString configDirectory(const HostOptions& options, const QString& home)
 }
 
 std::shared_ptr<ol::Application> wirePorts(const HostOptions& options, const QString& home,
-                                           const std::shared_ptr<qt::QtUiHost>& host, bool* reported)
+                                           const std::shared_ptr<qt::QtUiHost>& host, bool* reported, Ports& ports)
 {
     vdir::VdirConfig config;
     config.root = QDir(home).filePath(QStringLiteral("vdir"));
@@ -184,7 +184,6 @@ std::shared_ptr<ol::Application> wirePorts(const HostOptions& options, const QSt
     files::makePrivatePath(QDir(config.root).filePath(options.args.sTaskFolderEID.isEmpty() ? QStringLiteral("tasks") : options.args.sTaskFolderEID));
 
     DateFormats::setCurrent(std::make_shared<LocaleFormats>());
-    Ports& ports = process().ports;
     ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
     ports.settings = std::make_shared<IniSettings>(configDirectory(options, home));
     ports.ui = host;
@@ -214,12 +213,12 @@ int runSession(const HostOptions& options, const std::shared_ptr<qt::QtUiHost>& 
     // The ports, the desktop's own part of the main window, then the host's call.
     dressMainWindow(*host, options, home);
     HostArguments args = options.args;
-    args.olApp = wirePorts(options, home, host, &reported);
+    Ports ports;
+    args.olApp = wirePorts(options, home, host, &reported, ports);
     args.olNS = args.olApp->GetNamespace(QStringLiteral("MAPI"));
     int status = 0;
     try {
-        qt::QtUiHost* raw = host.get();
-        clsSteplets component([raw] { return makeChooserWindow(*raw); });
+        clsSteplets component(std::move(ports));
         args.callOn(component);
     } catch (const HostAbort& abort) {
         if (abort.reason() == HostAbort::Reason::CannotPlay) {
@@ -236,7 +235,6 @@ int runSession(const HostOptions& options, const std::shared_ptr<qt::QtUiHost>& 
     const QString trail = session().ErrorTrail;
     session() = SessionContext();
     session().ErrorTrail = trail;
-    process().ports = Ports();
     return status != 0 ? status : reported ? 1 : 0;
 }
 

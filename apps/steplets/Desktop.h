@@ -9,6 +9,7 @@
 
 namespace steplets::qt { class QtUiHost; }
 namespace steplets::ol { class Application; }
+namespace steplets { struct Ports; }
 
 namespace steplets::desktop {
 
@@ -66,10 +67,10 @@ QString homeOf(const HostOptions& options);
 // configuration folder.
 QString configDirectory(const HostOptions& options, const QString& home);
 
-// Wires every port of the process for `home` and returns the task store's Application.
-// Settings lie in <home>/config when the home was chosen, else in the user's configuration.
+// Wires every port for `home` into `ports` and returns the task store's Application. Settings
+// lie in <home>/config when the home was chosen, else in the user's configuration.
 std::shared_ptr<ol::Application> wirePorts(const HostOptions& options, const QString& home,
-                                           const std::shared_ptr<qt::QtUiHost>& host, bool* reported = nullptr);
+                                           const std::shared_ptr<qt::QtUiHost>& host, bool* reported, Ports& ports);
 
 // The whole session: the embedded default, the ports, OpenSteplets with the options' arguments.
 // Returns the exit status: 0, or 1 when a failure was reported or escaped a window's handlers.

@@ -2,7 +2,7 @@
 // The desktop program's command line: one option per argument of OpenSteplets (the two Outlook
 // objects aside: the program makes them), the component's directory, and the usual --help and
 // --version.
-#include "session/clsSteplets.h"
+#include "component/clsSteplets.h"
 #include <QString>
 #include <QStringList>
 

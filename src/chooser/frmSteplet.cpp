@@ -192,7 +192,7 @@ void frmSteplet::Form_Load()
         g(150); FillContactList();
         g(160); FillTaskList();
         g(170); FillGroupList();
-        g(180); host().setHelpFile(process().ports.componentDirectory + QStringLiteral("\\Ordivane.chm"));
+        g(180); host().setHelpFile(s.ports.componentDirectory + QStringLiteral("\\Ordivane.chm"));
         g(190); setCaption(QStringLiteral("Ordivane Steplets:  ") + s.sUserName);
         g(200); TabStrip1.selectTab(1);
         g(210); TabStrip2.selectTab(s.iTaskSelection.value() + 1);
@@ -355,7 +355,7 @@ QString frmSteplet::RetrieveContactEID(qint32 lContactID)
     Guard g(QStringLiteral("frmSteplet: RetrieveContactEID"));
     QString result;
     std::shared_ptr<Recordset> rs;
-    g.step(20, [&] { rs = store().CreateRecordset(); });
+    g.step(20, [&] { rs = session().store().CreateRecordset(); });
     g.step(30, [&] {
         must(rs).Open(QStringLiteral("SELECT ContactEntryID FROM tblContacts WHERE ContactID = ") + QString::number(lContactID),
                       session().cnLink, ado::adOpenKeyset, ado::adLockReadOnly);
@@ -444,19 +444,5 @@ void frmSteplet::Form_QueryUnload(int& cancel, int unloadMode)
         s.cnLink.reset();
     }
 }
-
-namespace {
-class ChooserWindow : public SessionWindow {
-public:
-    explicit ChooserWindow(UiHost& host) : m_form(host) {}
-    void ShowModal() override { m_form.Show(); }
-    void Unload() override { m_form.Unload(); }
-
-private:
-    frmSteplet m_form;
-};
-} // namespace
-
-std::unique_ptr<SessionWindow> makeChooserWindow(UiHost& host) { return std::make_unique<ChooserWindow>(host); }
 
 } // namespace steplets

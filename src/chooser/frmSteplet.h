@@ -4,7 +4,7 @@
 // frmSteplet.cpp (start-up, lists, tabs), frmStepletGroups.cpp (the group page),
 // frmStepletCommands.cpp (add, delete, selection marks, list keys), frmStepletContacts.cpp (the
 // contact area), frmStepletLaunch.cpp (the launch of a processing run).
-#include "session/clsSteplets.h"
+#include "session/SessionContext.h"
 #include "controls/Bars.h"
 #include "controls/Buttons.h"
 #include "controls/Form.h"
@@ -112,8 +112,5 @@ private:
     int tickedCount(const ListBox& list) const;
     void contactOptionClick(const QString& literal, CheckBox& option, CheckBox& twin, int mode);
 };
-
-// The chooser as OpenSteplets shows it: a new window for each session, unloaded at its end.
-std::unique_ptr<SessionWindow> makeChooserWindow(UiHost& host);
 
 } // namespace steplets

@@ -34,7 +34,7 @@ void frmSteplet::abSelectContact_ToolClick(Tool& tool)
         g.step(70, [&] { must(abSelectContact.tool(QStringLiteral("Tool3"))).setEnabled(false); });
     } else if (id == kToolSelect) {
         std::unique_ptr<ContactPicker> picker;
-        g.step(80, [&] { picker = createContactPicker(s.iOutlookVersion, host(), store(), s.olNS); });
+        g.step(80, [&] { picker = createContactPicker(s.iOutlookVersion, host(), s.store(), s.olNS); });
         g.step(90, [&] {
             qint32 top = roundedLong(Top()), left = roundedLong(Left());
             qint32 width = roundedLong(Width()), height = roundedLong(Height());
@@ -121,7 +121,7 @@ void frmSteplet::txtContact_Click()
     if (txtContact.Text().isEmpty() || !s.bManageContacts) return;
     std::shared_ptr<Recordset> rs;
     std::shared_ptr<ol::Item> item;
-    g.step(20, [&] { rs = store().CreateRecordset(); });
+    g.step(20, [&] { rs = s.store().CreateRecordset(); });
     g.step(30, [&] {
         must(rs).Open(QStringLiteral("SELECT ContactEntryID FROM tblContacts WHERE ContactID = ") + txtContact.Tag(),
                       s.cnLink, ado::adOpenStatic, ado::adLockReadOnly);

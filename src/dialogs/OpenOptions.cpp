@@ -10,7 +10,7 @@ void OpenOptions()
     Guard g(QStringLiteral("modInitialize: OpenOptions"));
     g.attempt([&] {
         g(20);
-        frmOptions dialog(ui());
+        frmOptions dialog(session().ui());
         g(30); session().bOptionsOpen = true;
         g(40); dialog.Show();
         g(50); dialog.Unload();

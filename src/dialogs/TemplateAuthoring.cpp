@@ -31,7 +31,7 @@ Bool16 SetTemplateOptions(Bool16& bEdit, QString& sTemplateName)
         EditedTemplateState& t = EditedTemplate();
         {
             g(20);
-            frmNewTask dialog(ui());
+            frmNewTask dialog(session().ui());
             dialog.NewTaskDialog(bEdit, sTemplateName);
             g(30); dialog.Unload();
         }
@@ -110,10 +110,10 @@ Bool16 ViewNewTemplate()
         if (g.ignoringTest(40, [&] { return item().EntryID().isEmpty(); })) return;
         if (g.ignoringTest(50, [&] { return item().Subject().isEmpty(); })) {
             int answer = 0;
-            g.ignoring(60, [&] { answer = ui().MsgBox(kMissingSubject, vbOKCancel, QStringLiteral(" Missing Subject Field")); });
+            g.ignoring(60, [&] { answer = session().ui().MsgBox(kMissingSubject, vbOKCancel, QStringLiteral(" Missing Subject Field")); });
             if (answer != vbOK) return;
             g.ignoring(70, [&] {
-                frmPrompt prompt(ui());
+                frmPrompt prompt(session().ui());
                 qint32 mode = promptMode::Input;
                 Bool16 noDate(false), withText(true);
                 QString label = QStringLiteral("Task Subject");

@@ -149,7 +149,7 @@ void frmOptions::cmdApply_Click()
     SessionContext& s = session();
     std::shared_ptr<SettingsKey> key;
     g.run([&] {
-        SettingsGateway& store = settings();
+        SettingsGateway& store = session().settings();
         g(20); key = store.OpenKey(modInitialize::kRootPath, modInitialize::kKeyName);
         for (int k = 1; k <= 4; ++k) {
             g(30); store.WriteText(*key, QStringLiteral("Fill-In %1").arg(k), sFillin[k]);

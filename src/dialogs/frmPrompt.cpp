@@ -183,8 +183,8 @@ void frmPrompt::OKButton_Click()
     SessionContext& s = session();
     g.run([&] {
         g(20); if (bHelpMode) {
-            g(30); auto key = settings().OpenKey(modInitialize::kRootPath, modInitialize::kKeyName);
-            g(40); settings().WriteNumber(*key, QStringLiteral("New Task Description"), Check1.Value() == CheckBox::Checked ? 0 : 1);
+            g(30); auto key = session().settings().OpenKey(modInitialize::kRootPath, modInitialize::kKeyName);
+            g(40); session().settings().WriteNumber(*key, QStringLiteral("New Task Description"), Check1.Value() == CheckBox::Checked ? 0 : 1);
         }
         g(50); if (Frame1[1].Visible()) {
             g(60); if (bNewGroupMode && txtUserInput.Text().isEmpty()) {

@@ -70,7 +70,7 @@ void frmProcessTasks::SaveAndRecordTask(Guard& g, Int16 i, Int16 r, const QStrin
         if (s.lTimeCardID != 0) {
             // The host's record of the task; a vdir EntryID never holds a quote.
             std::shared_ptr<Command> cmd;
-            pass(1240, [&] { cmd = store().CreateCommand(); });
+            pass(1240, [&] { cmd = session().store().CreateCommand(); });
             pass(1250, [&] { must(cmd).ActiveConnection(s.cnLink); });
             pass(1260, [&] {
                 must(cmd).CommandText(QStringLiteral("INSERT INTO tblTasks ") + QStringLiteral("(EntryID, TimeCardID) ")
@@ -162,7 +162,7 @@ void frmProcessTasks::cmdUndo_Click()
             == static_cast<int>(MsgBoxAnswer::No))
             return;
 
-        g(20); rsTasks = store().CreateRecordset();
+        g(20); rsTasks = s.store().CreateRecordset();
         rsTasks->Open(QStringLiteral("SELECT * FROM tblTasks"), s.cnLink, ado::adOpenKeyset, ado::adLockOptimistic);
 
         // Per row the task first, then its one tblTasks row, then the grid.

@@ -9,12 +9,6 @@ SessionContext& session()
     return context;
 }
 
-Process& process()
-{
-    static Process p;
-    return p;
-}
-
 namespace {
 template <class T>
 T& port(const std::shared_ptr<T>& p, const char* name)
@@ -24,8 +18,8 @@ T& port(const std::shared_ptr<T>& p, const char* name)
 }
 } // namespace
 
-UiHost& ui() { return port(process().ports.ui, "UiHost"); }
-StoreGateway& store() { return port(process().ports.store, "StoreGateway"); }
-SettingsGateway& settings() { return port(process().ports.settings, "SettingsGateway"); }
+UiHost& SessionContext::ui() const { return port(ports.ui, "UiHost"); }
+StoreGateway& SessionContext::store() const { return port(ports.store, "StoreGateway"); }
+SettingsGateway& SessionContext::settings() const { return port(ports.settings, "SettingsGateway"); }
 
 } // namespace steplets

@@ -1,7 +1,8 @@
 #pragma once
 // The one record of a session: the host's arguments, the settings, the connections and the four
 // long-lived recordsets, the error trail and the values that windows hand over to each other.
-// Reached through session(); OpenSteplets overwrites it on every call.
+// Reached through session(); OpenSteplets overwrites it on every call, and puts there the ports
+// that the composition root gave clsSteplets.
 #include "platform/runtime/Date.h"
 #include "platform/runtime/Int16.h"
 #include "platform/ErrorReporter.h"
@@ -33,6 +34,12 @@ struct Ports {
 };
 
 struct SessionContext {
+    // The backends of this session, as the composition root gave them to clsSteplets.
+    Ports ports;
+    UiHost& ui() const;
+    StoreGateway& store() const;
+    SettingsGateway& settings() const;
+
     // Arguments of OpenSteplets.
     std::shared_ptr<ol::Application> olApp;
     std::shared_ptr<ol::NameSpace> olNS;
@@ -93,16 +100,6 @@ struct SessionContext {
     QString ErrorTrail;
 };
 
-// The backends the composition root chose, for the life of the process.
-struct Process {
-    Ports ports;
-};
-
 SessionContext& session();
-Process& process();
-// Convenience accessors to the ports.
-UiHost& ui();
-StoreGateway& store();
-SettingsGateway& settings();
 
 } // namespace steplets

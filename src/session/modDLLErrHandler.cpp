@@ -36,7 +36,7 @@ void ReportError(const QString& sDescription, const QString& sNumber, const QStr
 {
     ++g_failureCount;
     if (g_failureCount > 1) return;
-    const auto& factory = process().ports.errorReporter;
+    const auto& factory = session().ports.errorReporter;
     if (!factory) return;
     std::unique_ptr<ErrorReporter> reporter = factory();
     const QString version = VersionText();

@@ -26,8 +26,8 @@ bool GetRegSettings()
     Guard g(QStringLiteral("modInitialize: GetRegSettings"));
     SessionContext& s = session();
     return g.orElse(false, [&] {
-        g(20); s.settingsKey = settings().OpenKey(kRootPath, kKeyName);
-        SettingsGateway& reg = settings();
+        g(20); s.settingsKey = s.settings().OpenKey(kRootPath, kKeyName);
+        SettingsGateway& reg = s.settings();
         SettingsKey& key = *s.settingsKey;
         g(30); s.iTaskSelection = shortSetting(reg, key, QStringLiteral("Task Selection"), 1);
         g(40); s.iLinkUser = shortSetting(reg, key, QStringLiteral("Link User"), 0);
@@ -43,7 +43,7 @@ bool GetRegSettings()
         g(140); s.sDefaultUserPrompt[3] = reg.ReadText(key, QStringLiteral("User Prompt 3"), QString());
         g(150); s.sDefaultUserPrompt[4] = reg.ReadText(key, QStringLiteral("User Prompt 4"), QString());
         g(160); const QString stored = reg.ReadText(key, QStringLiteral("Program Directory"), QString());
-        g(170); const QString here = process().ports.componentDirectory;
+        g(170); const QString here = s.ports.componentDirectory;
         g(180); if (stored != here) reg.WriteText(key, QStringLiteral("Program Directory"), here);
         g(190); s.settingsKey.reset();
         return true;
@@ -55,16 +55,16 @@ bool OpenDB()
     Guard g(QStringLiteral("modInitialize: OpenDB"));
     SessionContext& s = session();
     return g.orElse(false, [&] {
-        const QString dir = process().ports.componentDirectory;
-        g(20); s.cnLocal = store().CreateConnection();
-        g(30); s.cnLink = store().CreateConnection();
+        const QString dir = s.ports.componentDirectory;
+        g(20); s.cnLocal = s.store().CreateConnection();
+        g(30); s.cnLink = s.store().CreateConnection();
         g(40); s.cnLocal->Open(storeFiles::localConnectionString(dir), QString(), QString(), -1);
         g(50); s.cnLink->Open(storeFiles::linkConnectionString(dir), QString(), QString(), -1);
         g(60); if (!s.sProvider.isEmpty()) RefreshLinks(s.sProvider);
-        g(70); s.rsTemplates = store().CreateRecordset();
-        g(80); s.rsContacts = store().CreateRecordset();
-        g(90); s.rsGroups = store().CreateRecordset();
-        g(100); s.rsAssignments = store().CreateRecordset();
+        g(70); s.rsTemplates = s.store().CreateRecordset();
+        g(80); s.rsContacts = s.store().CreateRecordset();
+        g(90); s.rsGroups = s.store().CreateRecordset();
+        g(100); s.rsAssignments = s.store().CreateRecordset();
         g(110); s.rsTemplates->Open(QStringLiteral("SELECT * FROM tblSteplets"), s.cnLocal, ado::adOpenKeyset, ado::adLockOptimistic, ado::adCmdText);
         g(120); s.rsContacts->Open(s.bSelectContactByAcct
                                        ? QStringLiteral("SELECT * FROM tblContacts WHERE Active=True ORDER BY ContactAccount")
@@ -91,7 +91,7 @@ void RefreshLinks(QString& sProvider)
     Guard g(QStringLiteral("modInitialize: RefreshLinks"));
     std::shared_ptr<Catalog> catalog;
     std::shared_ptr<CatalogTable> table;
-    g.step(20, [&] { catalog = store().CreateCatalog(); });
+    g.step(20, [&] { catalog = session().store().CreateCatalog(); });
     g.step(30, [&] { must(catalog).ActiveConnection(session().cnLink); });
     g.step(40, [&] { table = must(catalog).Tables(QStringLiteral("tblAdminOptions")); });
     g.step(50, [&] { must(must(table).Properties(QStringLiteral("Jet OLEDB:Link Provider String"))).setValue(sProvider); });

@@ -7,7 +7,7 @@ namespace steplets::modTasks {
 
 Clock uiClock()
 {
-    return [] { return ui().Now(); };
+    return [] { return session().ui().Now(); };
 }
 
 Date BaseDate(int iDateType, const Date& previous, const Date& anchor, const Clock& now)

@@ -101,15 +101,15 @@ TEST_F(OnASmallDisk, AFullDiskWhileATemplateIsSavedIsReportedOnceAndLeavesNoRow)
     const QString vdirRoot = play() + QStringLiteral("/vdir");
     QDir().mkpath(vdirRoot + QStringLiteral("/tasks"));
     sqlcipher::createDatabases(play());
-    process().ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
+    session().ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
     vdir::VdirConfig config;
     config.root = vdirRoot;
     SessionContext& s = session();
     s.olApp = vdir::openVdirStore(config, nullptr);
     s.olNS = s.olApp->GetNamespace(QStringLiteral("MAPI"));
-    s.cnLocal = store().CreateConnection();
+    s.cnLocal = session().store().CreateConnection();
     s.cnLocal->Open(storeFiles::localConnectionString(play()));
-    s.rsTemplates = store().CreateRecordset();
+    s.rsTemplates = session().store().CreateRecordset();
     s.rsTemplates->Open(QStringLiteral("SELECT * FROM tblSteplets"), s.cnLocal);
     // The task the user filled in, with notes too long for the room that is left.
     auto task = s.olNS->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"))->Items().Add();
@@ -131,7 +131,7 @@ TEST_F(OnASmallDisk, AFullDiskWhileATemplateIsSavedIsReportedOnceAndLeavesNoRow)
     EXPECT_TRUE(QFile::exists(vdirRoot + QStringLiteral("/tasks/") + task->EntryID() + QStringLiteral(".ics"))) << "the task stays for another try";
     modTasks::ReSetModuleVariables();
     session() = SessionContext();
-    process().ports = Ports();
+    session().ports = Ports();
     EXPECT_EQ(sqlcipher::dumpStore(play()).value("local").toObject().value("tblSteplets").toArray().size(), 0);
 }
 

@@ -71,12 +71,12 @@ protected:
     {
         test::widgetApp();
         session() = SessionContext();
-        process().ports.ui = std::shared_ptr<UiHost>(&host, [](UiHost*) {});
+        session().ports.ui = std::shared_ptr<UiHost>(&host, [](UiHost*) {});
         modTasks::ReSetModuleVariables();
     }
     void TearDown() override
     {
-        process().ports = Ports();
+        session().ports = Ports();
         session() = SessionContext();
         modTasks::ReSetModuleVariables();
         modTasks::EditedTemplate().OptionsDialogDeclined = false;

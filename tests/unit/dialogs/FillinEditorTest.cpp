@@ -31,7 +31,7 @@ protected:
     void TearDown() override
     {
         form.reset();
-        process().ports = Ports();
+        session().ports = Ports();
         session() = SessionContext();
         modTasks::EditedTemplate().OptionsDialogDeclined = false;
     }
@@ -51,7 +51,7 @@ protected:
         form.reset();
         host = std::make_shared<scripted::ScriptedHost>(script.value_or(scripted::Script()),
                                                         QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
-        process().ports.ui = host;
+        session().ports.ui = host;
         form = std::make_unique<frmNewTask>(*host);
         Bool16 edit(false);
         QString name;
@@ -144,7 +144,7 @@ TEST_F(FillinEditorTest, ChoosingAnotherFieldOrFillinKeepsThePreviewInStep)
 TEST_F(FillinEditorTest, TheOptionsDialogActiveAgainSelectsTheStoredViewAndKeepsApplyEnabled)
 {
     host = std::make_shared<scripted::ScriptedHost>(scripted::Script(), QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
-    process().ports.ui = host;
+    session().ports.ui = host;
     session().iTaskSelection = Int16(1);
     frmOptions options(*host);
     options.Load();

@@ -24,7 +24,7 @@ class LockedSave : public TemplateFixture {
 protected:
     LockedSave() : LockedSave(std::make_shared<LateDisplay>()) {}
     explicit LockedSave(const std::shared_ptr<LateDisplay>& d) : TemplateFixture(d), display(d) {}
-    void TearDown() override { process().ports = Ports(); }
+    void TearDown() override { session().ports = Ports(); }
 
     // The user's steps; the help note is switched off.
     void script(const char* steps)
@@ -34,7 +34,7 @@ protected:
         ASSERT_TRUE(s.has_value()) << error.toStdString();
         host = std::make_shared<scripted::ScriptedHost>(*s, QDateTime(QDate(2024, 3, 14), QTime(15, 30)));
         display->host = host.get();
-        process().ports.ui = host;
+        session().ports.ui = host;
         session().bNewTaskDescription = false;
     }
     // Another program takes the write lock; the session's connection waits 50 ms for it.

@@ -31,15 +31,14 @@ class PromptTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        process().ports = Ports();
-        process().ports.settings = std::make_shared<IniSettings>(dir.path());
-        process().ports.componentDirectory = dir.path();
         session() = SessionContext();
+        session().ports.settings = std::make_shared<IniSettings>(dir.path());
+        session().ports.componentDirectory = dir.path();
         modTasks::EditedTemplate().OptionsDialogDeclined = false;
     }
     void TearDown() override
     {
-        process().ports = Ports();
+        session().ports = Ports();
         session() = SessionContext();
         modTasks::EditedTemplate().OptionsDialogDeclined = false;
     }
@@ -84,8 +83,8 @@ protected:
     }
     long storedHelpSetting()
     {
-        auto key = settings().OpenKey(modInitialize::kRootPath, modInitialize::kKeyName);
-        return settings().ReadNumber(*key, QStringLiteral("New Task Description"), -99);
+        auto key = session().settings().OpenKey(modInitialize::kRootPath, modInitialize::kKeyName);
+        return session().settings().ReadNumber(*key, QStringLiteral("New Task Description"), -99);
     }
 
     test::TempDir dir;

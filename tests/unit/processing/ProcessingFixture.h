@@ -34,10 +34,9 @@ protected:
         QDir().mkpath(vdirRoot() + QStringLiteral("/tasks"));
         vdir::writeDemoContacts(vdirRoot() + QStringLiteral("/contacts"));
         sqlcipher::createDatabases(tmp.path());
-        process().ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
-
         SessionContext& s = session();
         s = SessionContext();
+        s.ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
         s.sContactFolderEID = QStringLiteral("contacts");
         s.sContactFolderSID = QStringLiteral("store");
         s.sUserEID = QStringLiteral("c-morgan");
@@ -45,11 +44,11 @@ protected:
         s.sUserName = QStringLiteral("Test User");
         s.sTaskFolderEID = QStringLiteral("tasks");
         s.sTaskFolderSID = QStringLiteral("store");
-        s.cnLocal = store().CreateConnection();
+        s.cnLocal = session().store().CreateConnection();
         s.cnLocal->Open(storeFiles::localConnectionString(tmp.path()));
-        s.cnLink = store().CreateConnection();
+        s.cnLink = session().store().CreateConnection();
         s.cnLink->Open(storeFiles::linkConnectionString(tmp.path()));
-        s.rsTemplates = store().CreateRecordset();
+        s.rsTemplates = session().store().CreateRecordset();
         s.rsTemplates->Open(QStringLiteral("SELECT * FROM tblSteplets"), s.cnLocal);
         modTasks::ReSetModuleVariables();
     }
@@ -58,7 +57,7 @@ protected:
         window.reset();
         modTasks::ReSetModuleVariables();
         session() = SessionContext();
-        process().ports.ui.reset();
+        session().ports.ui.reset();
     }
 
     QString vdirRoot() const { return tmp.file(QStringLiteral("vdir")); }
@@ -95,7 +94,7 @@ protected:
         auto script = scripted::Script::fromJson(QJsonDocument::fromJson(steps).array(), &error);
         ASSERT_TRUE(script.has_value()) << error.toStdString();
         host = std::make_shared<scripted::ScriptedHost>(*script, QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
-        process().ports.ui = host;
+        session().ports.ui = host;
         vdir::VdirConfig config;
         config.root = vdirRoot();
         config.clock = [h = host.get()] { return h->Now(); };
@@ -148,7 +147,7 @@ protected:
     // The rows of tblTasks, as EntryID and TimeCardID.
     std::vector<std::pair<QString, qint32>> taskRows() const
     {
-        auto rs = store().CreateRecordset();
+        auto rs = session().store().CreateRecordset();
         rs->Open(QStringLiteral("SELECT * FROM tblTasks"), session().cnLink);
         std::vector<std::pair<QString, qint32>> rows;
         if (rs->RecordCount() == 0) return rows;

@@ -24,7 +24,7 @@ public:
 // One process, one first failure: the whole story in one test.
 TEST(ReportError, OnlyTheFirstFailureOfTheProcessReachesTheReporter)
 {
-    process().ports.errorReporter = [] { ++created; return std::make_unique<ListReporter>(); };
+    session().ports.errorReporter = [] { ++created; return std::make_unique<ListReporter>(); };
     modDLLErrHandler::InstallDiscipline();
 
     auto failing = [](long number) {

@@ -16,11 +16,16 @@ protected:
     void SetUp() override
     {
         backend = std::make_shared<IniSettings>(dir.path());
-        process().ports.settings = backend;
-        process().ports.componentDirectory = dir.file("component");
-        session() = SessionContext();
+        freshSession();
     }
-    void TearDown() override { process().ports = Ports(); }
+    // A new session on the same settings.
+    void freshSession()
+    {
+        session() = SessionContext();
+        session().ports.settings = backend;
+        session().ports.componentDirectory = dir.file("component");
+    }
+    void TearDown() override { session().ports = Ports(); }
 
     QString iniFile() const { return backend->fileFor(modInitialize::kRootPath); }
     void store(const QString& name, const QVariant& value)
@@ -94,7 +99,7 @@ TEST_F(GetRegSettingsTest, ANumberThatCannotBeReadIsReportedWithItsSettingAndFil
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.stored);
-        session() = SessionContext();
+        freshSession();
         sink.failures.clear();
         QFile::remove(iniFile());
         QDir().mkpath(QFileInfo(iniFile()).path());
@@ -142,7 +147,7 @@ TEST_F(GetRegSettingsTest, AFileNotReadCleanlyIsNeverWrittenAndTheFailureSaysWhy
         f.write(c.bytes);
         f.close();
         // A read ...
-        session() = SessionContext();
+        freshSession();
         sink.failures.clear();
         EXPECT_FALSE(modInitialize::GetRegSettings());
         ASSERT_EQ(sink.failures.size(), 1u);

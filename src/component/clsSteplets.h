@@ -1,24 +1,19 @@
 #pragma once
-// The component's one public class and its one operation.
-#include "SessionContext.h"
+// The component's one public class and its one operation: the top of the component, above the
+// chooser it shows.
+#include "session/SessionContext.h"
 #include "platform/runtime/Value.h"
-#include <functional>
 #include <memory>
 
 namespace steplets {
 
-// The main window of a session as OpenSteplets needs it: shown modally, then unloaded.
-class SessionWindow {
-public:
-    virtual ~SessionWindow() = default;
-    virtual void ShowModal() = 0;    // returns when the window is hidden or unloaded
-    virtual void Unload() = 0;
-};
-using SessionWindowFactory = std::function<std::unique_ptr<SessionWindow>()>;
+class frmSteplet;
 
 class clsSteplets {
 public:
-    explicit clsSteplets(SessionWindowFactory chooserFactory);
+    // The backends a composition root chose; each session finds them in its SessionContext.
+    explicit clsSteplets(Ports ports);
+    ~clsSteplets();
 
     // Never raises: every failure is reported through the discipline and the call returns.
     void OpenSteplets(std::shared_ptr<ol::Application>& olApp, std::shared_ptr<ol::NameSpace>& olNS,
@@ -31,8 +26,8 @@ public:
                       QString& sJobOrder, QString& sTaskFolderEID, QString& sTaskFolderSID);
 
 private:
-    SessionWindowFactory m_chooserFactory;
-    std::unique_ptr<SessionWindow> m_chooser;
+    Ports m_ports;
+    std::unique_ptr<frmSteplet> m_chooser;
 };
 
 // The host's arguments by name, for programs that play the host; defaults as a host sends them

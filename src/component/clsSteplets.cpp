@@ -1,14 +1,17 @@
 #include "clsSteplets.h"
-#include "modDLLErrHandler.h"
-#include "modInitialize.h"
+#include "chooser/frmSteplet.h"
 #include "platform/Guard.h"
+#include "session/modDLLErrHandler.h"
+#include "session/modInitialize.h"
 
 namespace steplets {
 
-clsSteplets::clsSteplets(SessionWindowFactory chooserFactory) : m_chooserFactory(std::move(chooserFactory))
+clsSteplets::clsSteplets(Ports ports) : m_ports(std::move(ports))
 {
     modDLLErrHandler::InstallDiscipline();
 }
+
+clsSteplets::~clsSteplets() = default;
 
 void clsSteplets::OpenSteplets(std::shared_ptr<ol::Application>& olApp, std::shared_ptr<ol::NameSpace>& olNS,
                                QString& sContactFolderEID, QString& sContactFolderSID, QString& sUserEID,
@@ -22,6 +25,8 @@ void clsSteplets::OpenSteplets(std::shared_ptr<ol::Application>& olApp, std::sha
     // The one routine that writes no trail entry; its handler reports and leaves.
     Guard g(Guard::Untraced{});
     SessionContext& s = session();
+    // Before the first statement, so that a failure of any of them reaches the host's reporter.
+    s.ports = m_ports;
     g.run([&] {
         g(10); s.olApp = olApp;
         g(20); s.olNS = olNS;
@@ -51,9 +56,9 @@ void clsSteplets::OpenSteplets(std::shared_ptr<ol::Application>& olApp, std::sha
         g(260); s.lTimeCardID = s.bNoTimeCard ? 0 : lTimeCardID;
         g(270); modInitialize::GetRegSettings();
         g(280); modInitialize::OpenDB();
-        g(290); if (!m_chooser && m_chooserFactory) m_chooser = m_chooserFactory();
-        g(300); if (m_chooser) m_chooser->ShowModal();
-        g(310); if (m_chooser) m_chooser->Unload();
+        g(290); if (!m_chooser) m_chooser = std::make_unique<frmSteplet>(s.ui());
+        g(300); m_chooser->Show();
+        g(310); m_chooser->Unload();
         g(320); m_chooser.reset();
     }, [&] { m_chooser.reset(); });
 }
