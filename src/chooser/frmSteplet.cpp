@@ -263,6 +263,7 @@ void frmSteplet::FillContactList()
         g(30); QRVComboContacts.AddItem(QString(), 9999999);
         g(40); Field id = rs.Fields(QStringLiteral("ContactID"));
         Field name = rs.Fields(QStringLiteral("ContactName"));
+        // Read for its failure alone: a contact table without the account column stops the fill here.
         (void)rs.Fields(QStringLiteral("ContactAccount"));
         g(50); if (rs.RecordCount() > 0) rs.MoveFirst();
         g(60); const Int16 count = Int16::from(static_cast<long long>(rs.RecordCount()));
@@ -369,6 +370,7 @@ QString frmSteplet::RetrieveContactEID(qint32 lContactID)
 // Shows the page of the selected tab: pages are moved out of sight rather than hidden.
 void frmSteplet::TabStrip1_Click()
 {
+    // "frmSteplets", not the window's name, is the literal reports have always shown: keep it.
     Guard g(QStringLiteral("frmSteplets: TabStrip1_Click"));
     g.run([&] {
         g(20); showSelectedPage(Picture1, TabStrip1.SelectedTab(), kPageLeft);
@@ -386,6 +388,7 @@ void frmSteplet::TabStrip1_Click()
 
 void frmSteplet::TabStrip2_Click()
 {
+    // The same deliberate "frmSteplets" as the first tab strip's.
     Guard g(QStringLiteral("frmSteplets: TabStrip2_Click"));
     const bool manage = session().bNoTimeCard;
     g.run([&] {

@@ -197,6 +197,7 @@ void frmSteplet::lbTaskTemplates_GotFocus() { FormatListButtons(); }
 
 void frmSteplet::lbTaskTemplates_KeyDown(int& KeyCode, int Shift)
 {
+    // Deliberately another window's name and two blanks: reports and their readers expect this trail.
     Guard g(QStringLiteral("frmTimeCard:  lbTaskTemplates_KeyDown"));
     g.run([&] {
         g(20); if (KeyCode == vbKeyC && (Shift & vbShiftMask) && (Shift & vbCtrlMask))

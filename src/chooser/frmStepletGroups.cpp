@@ -118,6 +118,7 @@ void frmSteplet::ProcessChangesToGroupTasks()
 
 void frmSteplet::chkGroupOption_Click(int Index)
 {
+    // Deliberately "frmNewGroup": the trail this handler has always left in reports.
     Guard g(QStringLiteral("frmNewGroup: chkGroupOption_Click"));
     g.run([&] {
         g(20); if (Index != 0 && Index != 1) return;

@@ -129,6 +129,7 @@ int FillinCode(const QString& sFillin)
 
 void LoadFillins(ComboBox& cbo)
 {
+    // Deliberately "Steplets", not "modTasks": the trail reports show for this routine.
     Guard g(QStringLiteral("Steplets: LoadFillins"));
     // Each row is two statements; a failing one is reported and the next one runs.
     auto addRow = [&](int line, const QString& text, int code) {
