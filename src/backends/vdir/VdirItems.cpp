@@ -183,6 +183,32 @@ void ItemState::checkUsable(const QString& what) const
         throw deletedFailure(what);
 }
 
+bool ItemState::claimEntryId(QString& uid)
+{
+    const bool isNew = entryId.isEmpty();
+    if (isNew) entryId = store->newEntryID();
+    if (uid.isEmpty()) uid = entryId;
+    return isNew;
+}
+
+void ItemState::write(const QString& extension, const QByteArray& bytes, bool isNew)
+{
+    store->write(path(extension), bytes, !isNew);
+    raw = bytes;
+    saved = true;
+}
+
+void ItemState::erase(const QString& what, const QString& extension)
+{
+    checkUsable(what);
+    if (!entryId.isEmpty()) {
+        removeFile(path(extension));
+        store->forget(path(extension));
+    }
+    deleted = true;
+    saved = false;
+}
+
 // --- tasks ---------------------------------------------------------------------------------------
 
 VdirTaskItem::VdirTaskItem(std::shared_ptr<VdirStore> store, QString collection, QString entryId, QByteArray raw,
@@ -252,30 +278,12 @@ void VdirTaskItem::setSafeBody(const QString& body) { change().Body = body; }
 void VdirTaskItem::Save()
 {
     m_state.checkUsable(QStringLiteral("task"));
-    // 1. A new task gets its EntryID, which is also its UID.
-    const bool isNew = m_state.entryId.isEmpty();
-    if (isNew)
-        m_state.entryId = m_state.store->newEntryID();
-    if (m_data.uid.isEmpty())
-        m_data.uid = m_state.entryId;
-    // 2. Write the file, keeping what other clients put into it; a new task never takes the
-    // place of a file that is there.
-    const QByteArray bytes = writeTaskCalendar(m_data, m_state.raw);
-    m_state.store->write(m_state.path(QStringLiteral(".ics")), bytes, !isNew);
-    m_state.raw = bytes;
-    m_state.saved = true;
+    const bool isNew = m_state.claimEntryId(m_data.uid);
+    // The file keeps what other clients put into it.
+    m_state.write(QStringLiteral(".ics"), writeTaskCalendar(m_data, m_state.raw), isNew);
 }
 
-void VdirTaskItem::Delete()
-{
-    m_state.checkUsable(QStringLiteral("task"));
-    if (!m_state.entryId.isEmpty()) {
-        removeFile(m_state.path(QStringLiteral(".ics")));
-        m_state.store->forget(m_state.path(QStringLiteral(".ics")));
-    }
-    m_state.deleted = true;
-    m_state.saved = false;
-}
+void VdirTaskItem::Delete() { m_state.erase(QStringLiteral("task"), QStringLiteral(".ics")); }
 
 void VdirTaskItem::Display(bool modal)
 {
@@ -353,27 +361,11 @@ void VdirContactItem::set(const QString& name, const Value& value)
 void VdirContactItem::Save()
 {
     m_state.checkUsable(QStringLiteral("contact"));
-    const bool isNew = m_state.entryId.isEmpty();
-    if (isNew)
-        m_state.entryId = m_state.store->newEntryID();
-    if (m_data.uid.isEmpty())
-        m_data.uid = m_state.entryId;
-    const QByteArray bytes = writeContactCard(m_data);
-    m_state.store->write(m_state.path(QStringLiteral(".vcf")), bytes, !isNew);
-    m_state.raw = bytes;
-    m_state.saved = true;
+    const bool isNew = m_state.claimEntryId(m_data.uid);
+    m_state.write(QStringLiteral(".vcf"), writeContactCard(m_data), isNew);
 }
 
-void VdirContactItem::Delete()
-{
-    m_state.checkUsable(QStringLiteral("contact"));
-    if (!m_state.entryId.isEmpty()) {
-        removeFile(m_state.path(QStringLiteral(".vcf")));
-        m_state.store->forget(m_state.path(QStringLiteral(".vcf")));
-    }
-    m_state.deleted = true;
-    m_state.saved = false;
-}
+void VdirContactItem::Delete() { m_state.erase(QStringLiteral("contact"), QStringLiteral(".vcf")); }
 
 void VdirContactItem::Display(bool modal)
 {

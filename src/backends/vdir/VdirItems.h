@@ -23,6 +23,12 @@ public:
 
     QString path(const QString& extension) const;
     void checkUsable(const QString& what) const;      // a deleted item refuses changes
+    // A new item gets its EntryID, which is also its UID where it has none; true when new.
+    bool claimEntryId(QString& uid);
+    // Writes the item's file; a new item never takes the place of a file that is there.
+    void write(const QString& extension, const QByteArray& bytes, bool isNew);
+    // Removes the item's file, if it was ever saved; the item refuses changes from then on.
+    void erase(const QString& what, const QString& extension);
 };
 
 class VdirTaskItem : public ol::TaskItem, public std::enable_shared_from_this<VdirTaskItem> {
