@@ -227,19 +227,19 @@ TEST_F(PlayTest, AKeptDirectoryKeepsTheItemsItHeld)
     vdir::writeFileAtomically(earlier, vdir::writeTaskCalendar(t));
     const QByteArray before = vdir::readWholeFile(earlier);
 
-    const PlayResult r = play(scenarioFile("process-contact-none.json"), dir.path());
+    const PlayResult r = play(scenarioFile("launch-link-mode-run.json"), dir.path());
     ASSERT_EQ(r.exit, Passed) << r.problem.toStdString();
     EXPECT_EQ(vdir::readWholeFile(earlier), before);
     const auto made = vdir::readTaskCalendar(vdir::readWholeFile(QDir(ws.vdirRoot()).filePath("tasks/new-0002.ics")), nullptr);
     ASSERT_TRUE(made);
-    EXPECT_EQ(made->Subject, "Review the annual accounts");
+    EXPECT_EQ(made->Subject, "Plain one");
 }
 
 TEST_F(PlayTest, EveryFileAKeptPlayMakesIsTheUsersAlone)
 {
     QProcess player;
     player.start(QStringLiteral(STEPLETS_SCENARIO_PLAYER),
-                 {QStringLiteral(STEPLETS_SCENARIOS_DIR "/process-contact-none.json"), "--keep", dir.file("kept"), "--out", dir.file("kept.json")});
+                 {QStringLiteral(STEPLETS_SCENARIOS_DIR "/launch-link-mode-run.json"), "--keep", dir.file("kept"), "--out", dir.file("kept.json")});
     ASSERT_TRUE(player.waitForFinished(60000));
     ASSERT_EQ(player.exitCode(), 0) << player.readAllStandardError().toStdString();
     ASSERT_TRUE(QFile::exists(dir.file("kept/vdir/tasks/new-0001.ics")));
