@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QSettings>
 #include "QStringPrinting.h"
@@ -235,13 +236,30 @@ TEST_F(PlayTest, AKeptDirectoryKeepsTheItemsItHeld)
     EXPECT_EQ(made->Subject, "Plain one");
 }
 
-TEST_F(PlayTest, EveryFileAKeptPlayMakesIsTheUsersAlone)
+// The program as a user runs it: --keep leaves the stores, --out writes the transcript, and every
+// file and folder the play makes is the user's alone.
+TEST_F(PlayTest, AKeptPlayLeavesPrivateStoresAndWritesTheTranscript)
 {
+    const QString file = dir.file("close.json");
+    QFile f(file);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(R"({"settings": {"Link User": 1}, "outlook": {"tasks": [{"EntryID": "t-1", "Subject": "Kept"}]},
+                "script": [{"form": "frmSteplet", "close": true}], "expect": {"settings": {"Link User": 1}}})");
+    f.close();
+    const QString keep = dir.file("kept/stores");
     QProcess player;
-    player.start(QStringLiteral(STEPLETS_SCENARIO_PLAYER),
-                 {QStringLiteral(STEPLETS_SCENARIOS_DIR "/launch-link-mode-run.json"), "--keep", dir.file("kept"), "--out", dir.file("kept.json")});
+    player.start(QStringLiteral(STEPLETS_SCENARIO_PLAYER), {file, "--keep", keep, "--out", dir.file("kept/transcript.json")});
     ASSERT_TRUE(player.waitForFinished(60000));
     ASSERT_EQ(player.exitCode(), 0) << player.readAllStandardError().toStdString();
-    ASSERT_TRUE(QFile::exists(dir.file("kept/vdir/tasks/new-0001.ics")));
-    EXPECT_EQ(test::notPrivate(dir.path()), QStringList());
+    EXPECT_TRUE(player.readAllStandardOutput().isEmpty());
+    EXPECT_TRUE(player.readAllStandardError().isEmpty());
+    EXPECT_TRUE(QFile::exists(keep + "/OVLocal.db"));
+    EXPECT_TRUE(QFile::exists(keep + "/OVLink.db"));
+    EXPECT_TRUE(QFile::exists(keep + "/vdir/tasks/t-1.ics"));
+    QFile transcript(dir.file("kept/transcript.json"));
+    ASSERT_TRUE(transcript.open(QIODevice::ReadOnly));
+    const QJsonObject t = QJsonDocument::fromJson(transcript.readAll()).object();
+    EXPECT_EQ(t.value("status").toString(), "ok");
+    EXPECT_EQ(t.value("outlook").toObject().value("tasks").toArray().at(0).toObject().value("Subject").toString(), "Kept");
+    EXPECT_EQ(test::notPrivate(dir.file("kept")), QStringList());
 }

@@ -124,34 +124,6 @@ TEST(CommandLineExit, UsageProblemsAreExitTwo)
     EXPECT_TRUE(out.contains("steplets-scenario 1."));
 }
 
-TEST(CommandLineExit, KeepLeavesTheStoresAndOutWritesTheTranscript)
-{
-    test::TempDir dir;
-    const QString file = dir.file("close.json");
-    QFile f(file);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(R"({"settings": {"Link User": 1}, "outlook": {"tasks": [{"EntryID": "t-1", "Subject": "Kept"}]},
-                "script": [{"form": "frmSteplet", "close": true}], "expect": {"settings": {"Link User": 1}}})");
-    f.close();
-    const QString keep = dir.file("kept/stores");
-    const QString out = dir.file("transcript.json");
-    QString stdoutText, stderrText;
-    QTextStream o(&stdoutText), e(&stderrText);
-    EXPECT_EQ(runCommand({file, "--keep", keep, "--out", out}, o, e), 0);
-    o.flush();
-    e.flush();
-    EXPECT_TRUE(stdoutText.isEmpty());
-    EXPECT_TRUE(stderrText.isEmpty()) << stderrText.toStdString();
-    EXPECT_TRUE(QFile::exists(keep + "/OVLocal.db"));
-    EXPECT_TRUE(QFile::exists(keep + "/OVLink.db"));
-    EXPECT_TRUE(QFile::exists(keep + "/vdir/tasks/t-1.ics"));
-    QFile transcript(out);
-    ASSERT_TRUE(transcript.open(QIODevice::ReadOnly));
-    const QJsonObject t = QJsonDocument::fromJson(transcript.readAll()).object();
-    EXPECT_EQ(t.value("status").toString(), "ok");
-    EXPECT_EQ(t.value("outlook").toObject().value("tasks").toArray().at(0).toObject().value("Subject").toString(), "Kept");
-}
-
 // A scenario laid over its shared data: host arguments and settings by name, rows by their key
 // and member by member, a data file's defaults under every row of its table, bases in order.
 TEST(ScenarioBase, TheScenarioIsLaidOverItsDataByNameAndRowKey)
