@@ -67,27 +67,6 @@ TEST(ScenarioFileRefused, NamesTheMemberAndWhatIsWrong)
     }
 }
 
-TEST(ScenarioFileRead, DefaultsAreTheHostsWhenNothingIsSaid)
-{
-    QString error;
-    const auto s = parseScenario(R"({"script": []})", &error);
-    ASSERT_TRUE(s) << error.toStdString();
-    EXPECT_EQ(s->now.toIso(), "2026-03-16T15:30:00");
-    EXPECT_EQ(s->host.sUserName, "Test User");
-    EXPECT_EQ(s->host.sContactFolderEID, "contacts");
-    EXPECT_EQ(s->host.sContactFolderSID, "store");
-    EXPECT_EQ(s->host.sUserEID, "");
-    EXPECT_EQ(s->host.sUserFldrSID.toText(), "store");
-    EXPECT_EQ(s->host.sTaskFolderEID, "tasks");
-    EXPECT_EQ(s->host.sTaskFolderSID, "store");
-    EXPECT_EQ(s->host.lTimeCardID, 0);
-    EXPECT_FALSE(s->host.bManageContacts);
-    EXPECT_TRUE(s->settings.isEmpty());
-    EXPECT_FALSE(s->missingLocal || s->missingLink);
-    EXPECT_FALSE(s->expect.has_value());
-    EXPECT_EQ(s->outlook.storeID, "store");
-}
-
 TEST(CommandLineExit, MalformedFileIsExitTwoWithOneLineNamingFileAndStep)
 {
     test::TempDir dir;
