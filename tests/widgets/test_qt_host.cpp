@@ -19,7 +19,6 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
-#include <QToolBar>
 #include <QWindow>
 
 using namespace steplets;
@@ -53,10 +52,6 @@ public:
         cmdClose.setCaption(QStringLiteral("Close"));
         cmdClose.setCancel(true);
         cmdClose.Move(4560, 600, 1200, 375);
-        Band& band = abTools.addBand(QStringLiteral("Band1"));
-        band.addTool(QStringLiteral("Tool0"), 0).setToolTipText(QStringLiteral("Select contact."));
-        band.addTool(QStringLiteral("Tool3"), 3).setToolTipText(QStringLiteral("Clear."));
-        abTools.Move(4560, 1100, 1200, 435);
         Timer1.setEnabled(false);
 
         lstItems.Click.connect([this] { ++listClicks; });
@@ -68,7 +63,6 @@ public:
         tabMain.Click.connect([this] { ++tabClicks; });
         cmdSave.Click.connect([this] { ++saves; if (onSave) onSave(); });
         cmdClose.Click.connect([this] { Hide(); });
-        abTools.ToolClick.connect([this](Tool& t) { toolsClicked << t.Name(); });
         Timer1.Tick.connect([this] { if (onTick) onTick(); });
     }
 
@@ -79,11 +73,10 @@ public:
     TextBox txtName{*this, QStringLiteral("txtName")};
     ListBox lstItems{*this, QStringLiteral("lstItems")};
     TabStrip tabMain{*this, QStringLiteral("tabMain")};
-    ToolBar abTools{*this, QStringLiteral("abTools")};
     Timer Timer1{*this, QStringLiteral("Timer1")};
 
     int checkClicks = 0, textChanges = 0, tabClicks = 0, saves = 0, listClicks = 0, itemChecks = 0;
-    QStringList toolsClicked, keysDown;
+    QStringList keysDown;
     std::function<void()> onSave, onTick;
 };
 
@@ -139,7 +132,10 @@ TEST_F(QtHostTest, WidgetsLieInTheirContainersAtTheirTwipsAndFollowTheModelsWith
     w.Unload();
 }
 
-TEST_F(QtHostTest, MouseKeysAndAcceleratorsOnTheWidgetsAreTheUsersActsOnTheModels)
+// Clicks, ticks, typing, tabs and tools on the widgets are what the scenario files play on this
+// host; what they do not play is here: keystrokes raising Change once each, the space bar on a
+// list's current row, and the ampersand of a caption as its accelerator, the click with the key.
+TEST_F(QtHostTest, KeysReachTheModelsOnceAndAcceleratorsClickTheirControls)
 {
     SampleWindow w(host);
     w.lstItems.AddItem(QStringLiteral("first"));
@@ -148,37 +144,25 @@ TEST_F(QtHostTest, MouseKeysAndAcceleratorsOnTheWidgetsAreTheUsersActsOnTheModel
     driver.then("the sample window", [&] { return view(w) && view(w)->isVisible(); }, [&] {
         QApplication::setActiveWindow(view(w));
         EXPECT_TRUE(QTest::qWaitForWindowActive(view(w)));
-        QTest::mouseClick(view(w)->widgetOf(w.chkOption), Qt::LeftButton);
         QTest::keyClicks(view(w)->widgetOf(w.txtName), QStringLiteral("Bo"));
         auto* list = widget<QListWidget>(w, w.lstItems);
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(1)).center());
-        QTest::keyClick(list, Qt::Key_Space);   // ticks the current row
-        auto* bar = static_cast<qt::TabStripWidget*>(view(w)->widgetOf(w.tabMain))->tabBar();
-        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(1).center());
-        auto* tools = widget<QToolBar>(w, w.abTools);
-        QTest::mouseClick(tools->widgetForAction(tools->actions().at(1)), Qt::LeftButton);
-        test::saveScreenshot(view(w), QStringLiteral("sample-window"));
-        // The ampersand of a caption is its accelerator; the click comes with the key.
+        QTest::keyClick(list, Qt::Key_Space);
         QTest::keyClick(view(w)->widgetOf(w.txtName), Qt::Key_S, Qt::AltModifier);
         EXPECT_EQ(w.saves, 1);
         QTest::keyClick(view(w)->widgetOf(w.cmdSave), Qt::Key_R, Qt::AltModifier);
-        QTest::keyClick(view(w)->widgetOf(w.txtName), Qt::Key_Escape);
+        w.Hide();
     });
     driver.start();
     w.Show();
     ASSERT_TRUE(driver.finished());
-    EXPECT_EQ(w.chkOption.Value(), CheckBox::Unchecked) << "ticked by the mouse, unticked by Alt+R";
-    EXPECT_EQ(w.checkClicks, 2);
     EXPECT_EQ(w.txtName.Text(), QStringLiteral("Bo"));
-    EXPECT_EQ(w.textChanges, 2);   // one per keystroke, none echoed back
-    EXPECT_EQ(w.lstItems.ListIndex(), 1);
+    EXPECT_EQ(w.textChanges, 2);
     EXPECT_TRUE(w.lstItems.Selected(1));
     EXPECT_EQ(w.itemChecks, 1);
-    EXPECT_EQ(w.tabMain.SelectedTab(), 2);
-    EXPECT_EQ(w.tabClicks, 1);
-    EXPECT_EQ(w.toolsClicked, QStringList{QStringLiteral("Tool3")});
     EXPECT_EQ(w.saves, 1);
-    EXPECT_FALSE(w.Visible()) << "Escape is the cancel button";
+    EXPECT_EQ(w.chkOption.Value(), CheckBox::Checked);
+    EXPECT_EQ(w.checkClicks, 1);
     w.Unload();
 }
 
