@@ -63,17 +63,10 @@ TEST(DesktopCommandLine, EachOptionSetsItsArgumentAndWithoutOptionsTheDemoUserKe
     EXPECT_TRUE(none.options.home.isEmpty());
 }
 
-TEST(DesktopCommandLine, HelpListsEveryArgumentAndBadInputIsNamed)
+// The help text is Qt's, made from the same table the parser reads.
+TEST(DesktopCommandLine, HelpIsAskedForAndBadInputIsNamed)
 {
-    const ParsedCommandLine help = parse({"--help"});
-    ASSERT_EQ(help.outcome, ParsedCommandLine::Outcome::Help);
-    for (const char* name : {"--time-card", "--contact-id", "--user-name", "--contact-folder", "--contact-folder-store",
-                             "--user-entry", "--user-folder-store", "--contact-name", "--select-contact-by-account",
-                             "--provider", "--manage-contacts", "--contact-term", "--main-activity-term",
-                             "--sub-activity-term", "--description", "--entry-type", "--category", "--main-activity",
-                             "--sub-activity", "--job-order-term", "--job-order", "--task-folder", "--task-folder-store",
-                             "--home"})
-        EXPECT_TRUE(help.text.contains(QLatin1String(name))) << name;
+    EXPECT_EQ(parse({"--help"}).outcome, ParsedCommandLine::Outcome::Help);
     const ParsedCommandLine notNumber = parse({"--time-card", "seven"});
     EXPECT_EQ(notNumber.outcome, ParsedCommandLine::Outcome::Error);
     EXPECT_TRUE(notNumber.text.contains(QStringLiteral("--time-card")) && notNumber.text.contains(QStringLiteral("seven")));
