@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QPointer>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QListWidget>
@@ -47,6 +48,7 @@ public:
         tabMain.addTab(QStringLiteral("One"));
         tabMain.addTab(QStringLiteral("Two"));
         tabMain.Move(120, 3500, 2800, 500);
+        cboPick.Move(3000, 3500, 2400, 315);
         cmdSave.setCaption(QStringLiteral("&Save"));
         cmdSave.Move(4560, 120, 1200, 375);
         cmdClose.setCaption(QStringLiteral("Close"));
@@ -73,6 +75,7 @@ public:
     TextBox txtName{*this, QStringLiteral("txtName")};
     ListBox lstItems{*this, QStringLiteral("lstItems")};
     TabStrip tabMain{*this, QStringLiteral("tabMain")};
+    ComboBox cboPick{*this, QStringLiteral("cboPick")};
     Timer Timer1{*this, QStringLiteral("Timer1")};
 
     int checkClicks = 0, textChanges = 0, tabClicks = 0, saves = 0, listClicks = 0, itemChecks = 0;
@@ -114,7 +117,15 @@ TEST_F(QtHostTest, WidgetsLieInTheirContainersAtTheirTwipsAndFollowTheModelsWith
     w.tabMain.selectTab(2);
     w.cmdSave.setEnabled(false);
     w.cmdSave.setToolTipText(QStringLiteral("Saves it."));
+    w.cmdSave.setCaption(QStringLiteral("&Keep"));
+    w.setCaption(QStringLiteral("Renamed"));
+    w.cboPick.AddItem(QStringLiteral("Errands"));
+    w.cboPick.AddItem(QStringLiteral("Quarterly close"));
+    w.cboPick.setListIndex(1);
     settle();
+    EXPECT_EQ(view(w)->windowTitle(), QStringLiteral("Renamed"));
+    EXPECT_EQ(widget<QPushButton>(w, w.cmdSave)->text(), QStringLiteral("&Keep"));
+    EXPECT_EQ(widget<QComboBox>(w, w.cboPick)->currentText(), QStringLiteral("Quarterly close"));
     EXPECT_NEAR(frame->x(), 2 * dpi(), 1);
     EXPECT_TRUE(widget<QCheckBox>(w, w.chkOption)->isChecked());
     EXPECT_EQ(widget<QLineEdit>(w, w.txtName)->text(), QStringLiteral("Ada"));
