@@ -7,6 +7,7 @@
 #include "backends/sqlcipher/Schema.h"
 #include "backends/sqlcipher/SqlCipherStore.h"
 #include "backends/sqlcipher/StoreData.h"
+#include "backends/vdir/VdirFiles.h"
 #include "backends/vdir/VdirStore.h"
 #include "platform/SafeTaskItem.h"
 #include "session/SessionContext.h"
@@ -41,13 +42,20 @@ protected:
         EXPECT_TRUE(s) << error.toStdString();
         return s.value_or(scenario::Scenario());
     }
-    static QJsonArray reports(const scenario::PlayResult& r)
+    // The one report a play made, its first line; the reports themselves when there is not one.
+    static QString onlyReport(const scenario::PlayResult& r)
     {
-        QJsonArray out;
+        QJsonArray said;
         for (const QJsonValue& e : r.transcript.value_or(QJsonObject()).value("events").toArray())
-            if (e.toObject().contains("report")) out.append(e.toObject().value("report"));
-        return out;
+            if (e.toObject().contains("report")) said.append(e.toObject().value("report"));
+        if (said.size() != 1) return r.problem + QString::fromUtf8(QJsonDocument(said).toJson());
+        return said[0].toObject().value("description").toString().section('\n', 0, 0);
     }
+    QJsonArray table(const char* db, const char* name) const
+    {
+        return sqlcipher::dumpStore(play()).value(QLatin1String(db)).toObject().value(QLatin1String(name)).toArray();
+    }
+    QString diskFull() const { return QStringLiteral("Steplets cannot save a change to the database %1/OVLocal.db: the disk is full.").arg(play()); }
 
     TempDir disk;
 };
@@ -58,17 +66,14 @@ TEST_F(OnASmallDisk, AFullDiskDuringARunIsReportedOnceAndTheTasksBeforeItAreWhol
     hooks.beforeFirstSave = [&](int savedBefore) {
         if (savedBefore == 2) fillDisk(play());
     };
-    const scenario::PlayResult r = scenario::play(scenarioOf(processingSession(5)), play(), scenario::Host::Scripted, hooks);
-    const QJsonArray said = reports(r);
-    ASSERT_EQ(said.size(), 1) << QJsonDocument(said).toJson().toStdString();
-    EXPECT_TRUE(said[0].toObject().value("description").toString().contains("No space left on device"))
-        << said[0].toObject().value("description").toString().toStdString();
+    const QString said = onlyReport(scenario::play(scenarioOf(processingSession(5)), play(), scenario::Host::Scripted, hooks));
+    EXPECT_TRUE(said.contains("No space left on device")) << said.toStdString();
     const QString tasks = play() + QStringLiteral("/vdir/tasks");
     EXPECT_EQ(QDir(tasks).entryList({QStringLiteral("*.ics")}, QDir::Files), (QStringList{"new-0001.ics", "new-0002.ics"}));
     EXPECT_EQ(unreadableTasks(tasks), QStringList());
     EXPECT_EQ(temporariesIn(tasks), QStringList());
     EXPECT_EQ(checkProblems(play()), QStringList()) << "every task recorded is whole";
-    EXPECT_EQ(sqlcipher::dumpStore(play()).value("link").toObject().value("tblTasks").toArray().size(), 2);
+    EXPECT_EQ(table("link", "tblTasks").size(), 2);
 }
 
 TEST_F(OnASmallDisk, AFullDiskWhileAGroupIsEditedIsReportedOnceAndTheGroupKeepsWhatItHad)
@@ -84,12 +89,8 @@ TEST_F(OnASmallDisk, AFullDiskWhileAGroupIsEditedIsReportedOnceAndTheGroupKeepsW
                                         QJsonObject{{"form", "frmSteplet"}, {"close", true}}});
     scenario::PlayHooks hooks;
     hooks.afterSetUp = [&](const QString& dir) { fillDisk(dir, 256 << 10); };
-    const scenario::PlayResult r = scenario::play(scenarioOf(session), play(), scenario::Host::Scripted, hooks);
-    const QJsonArray said = reports(r);
-    ASSERT_EQ(said.size(), 1) << r.problem.toStdString() << QJsonDocument(r.transcript.value_or(QJsonObject())).toJson().toStdString();
-    const QString first = said[0].toObject().value("description").toString().section('\n', 0, 0);
-    EXPECT_EQ(first, QStringLiteral("Steplets cannot save a change to the database %1/OVLocal.db: the disk is full.").arg(play()));
-    const QJsonArray groups = sqlcipher::dumpStore(play()).value("local").toObject().value("tblTaskGroups").toArray();
+    EXPECT_EQ(onlyReport(scenario::play(scenarioOf(session), play(), scenario::Host::Scripted, hooks)), diskFull()) << "";
+    const QJsonArray groups = table("local", "tblTaskGroups");
     ASSERT_EQ(groups.size(), 1);
     EXPECT_EQ(groups[0].toObject().value("Prompt").toString(), "Which?");
     EXPECT_EQ(checkProblems(play()), QStringList());
@@ -125,40 +126,32 @@ TEST_F(OnASmallDisk, AFullDiskWhileATemplateIsSavedIsReportedOnceAndLeavesNoRow)
     modTasks::SaveTemplateToDB(edit, [] { return Date::fromParts(2026, 3, 16, 15, 30); });
 
     ASSERT_EQ(sink.failures.size(), 1u);
-    EXPECT_TRUE(sink.failures[0].description.startsWith(QStringLiteral("Steplets cannot save a change to the database %1/OVLocal.db: the disk is full.").arg(play())))
-        << sink.failures[0].description.toStdString();
+    EXPECT_TRUE(sink.failures[0].description.startsWith(diskFull())) << sink.failures[0].description.toStdString();
     EXPECT_EQ(s.rsTemplates->RecordCount(), 0);
     EXPECT_TRUE(QFile::exists(vdirRoot + QStringLiteral("/tasks/") + task->EntryID() + QStringLiteral(".ics"))) << "the task stays for another try";
     modTasks::ReSetModuleVariables();
     session() = SessionContext();
     session().ports = Ports();
-    EXPECT_EQ(sqlcipher::dumpStore(play()).value("local").toObject().value("tblSteplets").toArray().size(), 0);
+    EXPECT_EQ(table("local", "tblSteplets").size(), 0);
 }
 
 TEST_F(OnASmallDisk, DatabasesOnAReadOnlyMountAreReportedAsSuchAndLeftAsTheyWere)
 {
+    const QStringList files{play() + QStringLiteral("/OVLocal.db"), play() + QStringLiteral("/OVLink.db")};
+    auto contents = [&] {
+        QByteArray all;
+        for (const QString& name : files) all += vdir::readWholeFile(name);
+        return all;
+    };
     QByteArray before;
     scenario::PlayHooks hooks;
-    hooks.afterSetUp = [&](const QString& dir) {
-        for (const QString& name : {QStringLiteral("OVLocal.db"), QStringLiteral("OVLink.db")}) {
-            QFile f(QDir(dir).filePath(name));
-            ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-            before += f.readAll();
-            ASSERT_TRUE(mountReadOnly(f.fileName()));
-        }
+    hooks.afterSetUp = [&](const QString&) {
+        before = contents();
+        for (const QString& name : files) ASSERT_TRUE(mountReadOnly(name));
     };
-    const scenario::PlayResult r = scenario::play(scenarioOf(processingSession(1)), play(), scenario::Host::Scripted, hooks);
-    const QJsonArray said = reports(r);
-    ASSERT_EQ(said.size(), 1) << QJsonDocument(said).toJson().toStdString();
-    const QString first = said[0].toObject().value("description").toString().section('\n', 0, 0);
-    EXPECT_TRUE(first.contains(play() + QStringLiteral("/OVLocal.db: it lies on a read-only file system."))) << first.toStdString();
-    QByteArray after;
-    for (const QString& name : {QStringLiteral("OVLocal.db"), QStringLiteral("OVLink.db")}) {
-        QFile f(QDir(play()).filePath(name));
-        ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-        after += f.readAll();
-    }
-    EXPECT_EQ(after, before);
+    const QString said = onlyReport(scenario::play(scenarioOf(processingSession(1)), play(), scenario::Host::Scripted, hooks));
+    EXPECT_TRUE(said.contains(play() + QStringLiteral("/OVLocal.db: it lies on a read-only file system."))) << said.toStdString();
+    EXPECT_EQ(contents(), before);
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <QJsonObject>
 #include <QMap>
 #include <QProcess>
+#include <functional>
 #include <QStandardPaths>
 #include <gtest/gtest.h>
 
@@ -68,17 +69,25 @@ protected:
         return QJsonDocument::fromJson(r.out).array();
     }
 
-    QString makeTask(const QString& subject, const Date& due)
+    ol::Items& items()
     {
-        auto task = ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"))->Items().Add();
+        folder = ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"));
+        return folder->Items();
+    }
+    // A saved task of `subject` and `due`, with whatever else `more` sets before the save.
+    QString makeTask(const QString& subject, const Date& due, const std::function<void(ol::TaskItem&)>& more = {})
+    {
+        auto task = items().Add();
         task->set(QStringLiteral("Subject"), Value(subject));
         task->set(QStringLiteral("DueDate"), Value(due));
+        if (more) more(*task);
         task->Save();
         return task->EntryID();
     }
 
     test::TempDir tmp;
     std::shared_ptr<ol::NameSpace> ns;
+    std::shared_ptr<ol::MAPIFolder> folder;
 };
 
 } // namespace
@@ -88,15 +97,13 @@ TEST_F(TodomanInterop, TodomanListsOurTasksWithTheirSubjectsAndDueDates)
     const Date due = Date::fromParts(2031, 6, 3, 14, 30);
     makeTask(QStringLiteral("Alpha: call Ada, re; filing"), due);
     makeTask(QStringLiteral("Beta without due date"), Date::noDate());
-    auto rich = ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"))->Items().Add();
-    rich->set(QStringLiteral("Subject"), Value("Gamma recurring"));
-    rich->set(QStringLiteral("DueDate"), Value(Date::fromParts(2031, 7, 1, 9, 0)));
-    rich->set(QStringLiteral("Importance"), Value(2));
-    rich->set(QStringLiteral("ReminderSet"), Value(true));
-    rich->set(QStringLiteral("ReminderTime"), Value(Date::fromParts(2031, 6, 30, 9, 0)));
-    rich->GetRecurrencePattern()->set(QStringLiteral("Interval"), Value(2));
-    rich->UserProperties().Add(QStringLiteral("Project"), ol::olText)->set(Value("Harbor, phase 2"));
-    rich->Save();
+    makeTask(QStringLiteral("Gamma recurring"), Date::fromParts(2031, 7, 1, 9, 0), [](ol::TaskItem& rich) {
+        rich.set(QStringLiteral("Importance"), Value(2));
+        rich.set(QStringLiteral("ReminderSet"), Value(true));
+        rich.set(QStringLiteral("ReminderTime"), Value(Date::fromParts(2031, 6, 30, 9, 0)));
+        rich.GetRecurrencePattern()->set(QStringLiteral("Interval"), Value(2));
+        rich.UserProperties().Add(QStringLiteral("Project"), ol::olText)->set(Value("Harbor, phase 2"));
+    });
 
     QMap<QString, QJsonObject> bySummary;
     for (const QJsonValue& v : porcelainList())
@@ -114,15 +121,13 @@ TEST_F(TodomanInterop, EveryFileWeWriteParsesWithPythonIcalendar)
 {
     for (int i = 0; i < 3; ++i)
         makeTask(QStringLiteral("Task %1").arg(i), Date::fromParts(2031, 1, 1 + i, 8, 0));
-    auto task = ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"))->Items().Add();
-    auto pattern = task->GetRecurrencePattern();
-    pattern->set(QStringLiteral("RecurrenceType"), Value(6));
-    pattern->set(QStringLiteral("Instance"), Value(5));
-    pattern->set(QStringLiteral("DayOfWeekMask"), Value(ol::olFriday));
-    pattern->set(QStringLiteral("MonthOfYear"), Value(11));
-    pattern->set(QStringLiteral("Occurrences"), Value(4));
-    task->set(QStringLiteral("Complete"), Value(true));
-    task->Save();
+    makeTask(QString(), Date::noDate(), [](ol::TaskItem& task) {
+        auto pattern = task.GetRecurrencePattern();
+        for (const auto& [name, value] : {std::pair{"RecurrenceType", 6}, {"Instance", 5}, {"DayOfWeekMask", int(ol::olFriday)},
+                                          {"MonthOfYear", 11}, {"Occurrences", 4}})
+            pattern->set(QLatin1String(name), Value(value));
+        task.set(QStringLiteral("Complete"), Value(true));
+    });
 
     const QStringList files = QDir(tmp.file(QStringLiteral("tasks"))).entryList({QStringLiteral("*.ics")}, QDir::Files);
     ASSERT_EQ(files.size(), 4);
@@ -157,16 +162,9 @@ TEST_F(TodomanInterop, ChangesMadeByTodomanAreReadBack)
     const ProgramRun made = todoman({QStringLiteral("new"), QStringLiteral("--list"), QStringLiteral("tasks"), QStringLiteral("--due"),
                               QStringLiteral("2031-03-04 16:15"), QStringLiteral("Made by todoman")});
     ASSERT_EQ(made.exitCode, 0) << made.err.constData();
-    auto folder = ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"));
-    auto& items = folder->Items();
-    ASSERT_EQ(items.Count(), 2);
-    bool found = false;
-    for (int i = 1; i <= items.Count(); ++i) {
-        auto item = items.Item(i);
-        if (item->Subject() == QLatin1String("Made by todoman")) {
-            found = true;
-            EXPECT_EQ(item->get(QStringLiteral("DueDate")), Value(Date::fromParts(2031, 3, 4, 16, 15)));
-        }
-    }
-    EXPECT_TRUE(found);
+    ASSERT_EQ(items().Count(), 2);
+    QList<Value> dues;
+    for (int i = 1; i <= items().Count(); ++i)
+        if (items().Item(i)->Subject() == QLatin1String("Made by todoman")) dues << items().Item(i)->get(QStringLiteral("DueDate"));
+    EXPECT_EQ(dues, QList<Value>{Value(Date::fromParts(2031, 3, 4, 16, 15))});
 }

@@ -1,22 +1,25 @@
 // The desktop program's own parts: its command line, the embedded default it lays out on first
-// start, and the failure reporter's log file and message box.
+// start, the failure reporter's log file and message box, and its main window's menu and place.
 #include "Desktop.h"
-#include "HostOptions.h"
 #include "FormView.h"
+#include "HostOptions.h"
+#include "MainWindow.h"
 #include "QtUiHost.h"
 #include "TempDir.h"
+#include "UrlRecorder.h"
 #include "WidgetSupport.h"
 #include "backends/sqlcipher/Schema.h"
 #include "backends/sqlcipher/StoreData.h"
 #include "backends/vdir/DemoContacts.h"
 #include "session/modDLLErrHandler.h"
 #include <QAbstractButton>
-#include <QDir>
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonObject>
+#include <QMenuBar>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QSettings>
 #include <QTest>
+#include <QWindow>
 
 using namespace steplets;
 using namespace steplets::desktop;
@@ -31,7 +34,7 @@ ParsedCommandLine parse(QStringList args)
 
 // --- The command line ---
 
-TEST(DesktopCommandLine, EachOptionSetsItsArgumentOfTheHostsCall)
+TEST(DesktopCommandLine, EachOptionSetsItsArgumentAndWithoutOptionsTheDemoUserKeepsTemplates)
 {
     const ParsedCommandLine p = parse({"--time-card", "42", "--contact-id", "-3", "--user-name", "Ada Byrne",
                                        "--contact-term", "Client", "--job-order", "JO-7", "--manage-contacts",
@@ -50,73 +53,43 @@ TEST(DesktopCommandLine, EachOptionSetsItsArgumentOfTheHostsCall)
     EXPECT_EQ(a.sTaskFolderEID, QStringLiteral("todo"));
     EXPECT_EQ(a.sDesc, QStringLiteral("Audit"));
     EXPECT_EQ(p.options.home, QStringLiteral("/tmp/h"));
+
+    const ParsedCommandLine none = parse({});
+    ASSERT_EQ(none.outcome, ParsedCommandLine::Outcome::Run);
+    EXPECT_EQ(none.options.args.lTimeCardID, 0);
+    EXPECT_EQ(none.options.args.sUserEID, vdir::demoUser().entryId);
+    EXPECT_EQ(none.options.args.sUserName, vdir::demoUser().fullName());
+    EXPECT_FALSE(none.options.args.sTaskFolderEID.isEmpty());
+    EXPECT_TRUE(none.options.home.isEmpty());
 }
 
-TEST(DesktopCommandLine, WithoutOptionsItKeepsTemplatesAsTheDemoUser)
+// The help text is Qt's, made from the same table the parser reads.
+TEST(DesktopCommandLine, HelpIsAskedForAndBadInputIsNamed)
 {
-    const ParsedCommandLine p = parse({});
-    ASSERT_EQ(p.outcome, ParsedCommandLine::Outcome::Run);
-    EXPECT_EQ(p.options.args.lTimeCardID, 0);
-    EXPECT_EQ(p.options.args.sUserEID, vdir::demoUser().entryId);
-    EXPECT_EQ(p.options.args.sUserName, vdir::demoUser().fullName());
-    EXPECT_FALSE(p.options.args.sTaskFolderEID.isEmpty());
-    EXPECT_TRUE(p.options.home.isEmpty());
-}
-
-TEST(DesktopCommandLine, HelpListsEveryArgumentAndBadInputIsNamed)
-{
-    const ParsedCommandLine help = parse({"--help"});
-    ASSERT_EQ(help.outcome, ParsedCommandLine::Outcome::Help);
-    for (const char* name : {"--time-card", "--contact-id", "--user-name", "--contact-folder", "--contact-folder-store",
-                             "--user-entry", "--user-folder-store", "--contact-name", "--select-contact-by-account",
-                             "--provider", "--manage-contacts", "--contact-term", "--main-activity-term",
-                             "--sub-activity-term", "--description", "--entry-type", "--category", "--main-activity",
-                             "--sub-activity", "--job-order-term", "--job-order", "--task-folder", "--task-folder-store",
-                             "--home"})
-        EXPECT_TRUE(help.text.contains(QLatin1String(name))) << name;
-
+    EXPECT_EQ(parse({"--help"}).outcome, ParsedCommandLine::Outcome::Help);
     const ParsedCommandLine notNumber = parse({"--time-card", "seven"});
     EXPECT_EQ(notNumber.outcome, ParsedCommandLine::Outcome::Error);
-    EXPECT_TRUE(notNumber.text.contains(QStringLiteral("--time-card")));
-    EXPECT_TRUE(notNumber.text.contains(QStringLiteral("seven")));
-    EXPECT_EQ(parse({"--contact-id", "99999999999"}).outcome, ParsedCommandLine::Outcome::Error);
-    EXPECT_EQ(parse({"--no-such-option"}).outcome, ParsedCommandLine::Outcome::Error);
-    EXPECT_EQ(parse({"stray"}).outcome, ParsedCommandLine::Outcome::Error);
+    EXPECT_TRUE(notNumber.text.contains(QStringLiteral("--time-card")) && notNumber.text.contains(QStringLiteral("seven")));
+    for (const QStringList& bad : {QStringList{"--contact-id", "99999999999"}, QStringList{"--no-such-option"}, QStringList{"stray"}})
+        EXPECT_EQ(parse(bad).outcome, ParsedCommandLine::Outcome::Error) << bad.join(' ').toStdString();
 }
 
 // --- The embedded default ---
 
-TEST(EmbeddedDefault, FirstStartLaysOutWhatTheAdminToolSeeds)
+// A home with one database of the two is no first start: UnusableData and the end-to-end test
+// see it reported, not seeded.
+TEST(EmbeddedDefault, FirstStartLaysOutWhatTheAdminToolSeedsAndANextStartLeavesItAlone)
 {
     test::TempDir home;
     ASSERT_TRUE(ensureEmbeddedDefault(home.path()));
-    EXPECT_TRUE(QFile::exists(sqlcipher::fileOf(sqlcipher::Db::Local, home.path())));
-    EXPECT_TRUE(QFile::exists(sqlcipher::fileOf(sqlcipher::Db::Link, home.path())));
     EXPECT_TRUE(sqlcipher::checkDatabases(home.path()).isEmpty());
     const QJsonObject dump = sqlcipher::dumpStore(home.path());
     EXPECT_FALSE(dump.value(QStringLiteral("local")).toObject().value(QStringLiteral("tblSteplets")).toArray().isEmpty());
-    // Every demo contact has its card in the contact collection.
     const QDir cards(QDir(home.path()).filePath(QStringLiteral("vdir/contacts")));
     for (const vdir::DemoContact& c : vdir::demoContacts())
         EXPECT_TRUE(cards.exists(c.entryId + QStringLiteral(".vcf"))) << c.entryId.toStdString();
-}
-
-TEST(EmbeddedDefault, ANextStartLeavesTheDataAlone)
-{
-    test::TempDir home;
-    ASSERT_TRUE(ensureEmbeddedDefault(home.path()));
-    const QJsonObject before = sqlcipher::dumpStore(home.path());
     EXPECT_FALSE(ensureEmbeddedDefault(home.path()));
-    EXPECT_EQ(sqlcipher::dumpStore(home.path()), before);
-}
-
-TEST(EmbeddedDefault, AHomeWithOneDatabaseIsNotReseeded)
-{
-    test::TempDir home;
-    ASSERT_TRUE(ensureEmbeddedDefault(home.path()));
-    QFile::remove(sqlcipher::fileOf(sqlcipher::Db::Link, home.path()));
-    EXPECT_FALSE(ensureEmbeddedDefault(home.path()));
-    EXPECT_FALSE(QFile::exists(sqlcipher::fileOf(sqlcipher::Db::Link, home.path())));
+    EXPECT_EQ(sqlcipher::dumpStore(home.path()), dump);
 }
 
 // --- Failure reports ---
@@ -148,19 +121,108 @@ TEST(DesktopReporter, TheUserReadsAPlainSentenceAndTheTrailIsBehindDetailsAndInT
     EXPECT_TRUE(what.contains(QStringLiteral("Division by zero")));
     EXPECT_FALSE(what.contains(QStringLiteral("Form_Load")));
     EXPECT_TRUE(advice.contains(log)) << advice.toStdString();
-    EXPECT_TRUE(details.contains(QStringLiteral("frmSteplet: Form_Load:Line 30")));
-    EXPECT_TRUE(details.contains(QStringLiteral("11")));
-    // A store's own sentence already says what to do, and is shown as it stands.
-    EXPECT_EQ(failureMessage({}, QStringLiteral("The database file /x/OVLink.db was not found. Create the databases."),
-                             QStringLiteral("-2147467259"), {}, {}, log).what,
-              QStringLiteral("The database file /x/OVLink.db was not found. Create the databases."));
-
+    EXPECT_TRUE(details.contains(QStringLiteral("frmSteplet: Form_Load:Line 30")) && details.contains(QStringLiteral("11")));
     QFile file(log);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly | QIODevice::Text));
     const QString text = QString::fromUtf8(file.readAll());
     for (const char* part : {"1.0.0", "Division by zero", "11", "Steplets", "frmSteplet: Form_Load:Line 30"})
         EXPECT_TRUE(text.contains(QLatin1String(part))) << part;
     EXPECT_EQ(text.count(QLatin1Char('\n')), 1) << "one line per report";
+}
+
+TEST(DesktopReporter, AStoresOwnSentenceStandsAndAnUnusableTaskFolderIsNamedWithWhatToDo)
+{
+    EXPECT_EQ(failureMessage({}, QStringLiteral("The database file /x/OVLink.db was not found. Create the databases."),
+                             QStringLiteral("-2147467259"), {}, {}, QStringLiteral("/d/steplets.log")).what,
+              QStringLiteral("The database file /x/OVLink.db was not found. Create the databases."));
+    const FailureMessage m = failureMessage(QStringLiteral("1.0.0"), QStringLiteral("Cannot create the folder \"tasks\" in \"/d/vdir\"."),
+                                            QStringLiteral("75"), QStringLiteral("Steplets task store"), {},
+                                            QStringLiteral("/d/steplets.log"), QStringLiteral("/d"));
+    EXPECT_EQ(m.what, QStringLiteral("Cannot create the folder \"tasks\" in \"/d/vdir\"."));
+    EXPECT_TRUE(m.advice.contains(QStringLiteral("/d/vdir")) && m.advice.contains(QStringLiteral("write"))) << m.advice.toStdString();
+}
+
+TEST(DesktopReporter, TheLogLiesInTheChosenDataFolderElseInTheStateDirectory)
+{
+    test::TempDir state;
+    qputenv("XDG_STATE_HOME", state.path().toUtf8());
+    HostOptions options = defaultHostOptions();
+    EXPECT_TRUE(logFilePath(options).startsWith(state.path()));
+    options.home = QStringLiteral("/data/steplets");
+    EXPECT_EQ(logFilePath(options), QStringLiteral("/data/steplets/steplets.log"));
+    qunsetenv("XDG_STATE_HOME");
+}
+
+// A session of the program in a fresh home, on the Qt host, played by `driver`.
+class DesktopSession : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        test::widgetApp();
+        qputenv("XDG_STATE_HOME", state.path().toUtf8());
+        options = defaultHostOptions();
+        options.home = home.path();
+    }
+    void TearDown() override { qunsetenv("XDG_STATE_HOME"); }
+    int run(test::Driver& driver)
+    {
+        host = std::make_shared<qt::QtUiHost>();
+        driver.start();
+        const int status = runSession(options, host);
+        EXPECT_TRUE(driver.finished());
+        return status;
+    }
+    // The window the component waits on, when it is on the screen.
+    qt::FormView* top() const
+    {
+        return host->modalStack().empty() ? nullptr : host->viewOf(*host->modalStack().back());
+    }
+    bool chooserUp() const { return top() && top()->isVisible() && !test::shownWindow(QStringLiteral("About")); }
+    void cancel() const { QTest::mouseClick(top()->widgetOf(*host->modalStack().back()->control(QStringLiteral("CancelButton"))), Qt::LeftButton); }
+
+    test::TempDir home, state;
+    HostOptions options;
+    std::shared_ptr<qt::QtUiHost> host;
+};
+
+TEST_F(DesktopSession, TheMainWindowKeepsItsPlaceBetweenStartsAndItsHelpMenuShowsTheDataFolder)
+{
+    const QPoint movedTo(123, 77);
+    test::UrlRecorder recorder;
+    QString about;
+    test::Driver first;
+    first.then("the chooser", [&] { return chooserUp(); }, [&] {
+             auto* menu = top()->findChild<QMenuBar*>();
+             ASSERT_NE(menu, nullptr);
+             EXPECT_EQ(menu->actions().size(), 1);
+             // The user moves the window, then asks who the program is.
+             top()->windowHandle()->setFramePosition(movedTo);
+             QTest::qWait(20);
+             top()->findChild<QAction*>(QStringLiteral("about"))->trigger();
+         })
+        .then("the About box", [] { return test::shownWindow(QStringLiteral("About")); }, [&] {
+            auto* box = static_cast<QMessageBox*>(test::shownWindow(QStringLiteral("About")));
+            about = box->text() + QLatin1Char('\n') + box->informativeText();
+            QTest::mouseClick(box->findChild<QPushButton*>(QStringLiteral("openDataFolder")), Qt::LeftButton);
+        })
+        .then("the chooser again", [&] { return chooserUp(); }, [&] { cancel(); });
+    EXPECT_EQ(run(first), 0);
+    EXPECT_TRUE(about.contains(modDLLErrHandler::VersionText())) << about.toStdString();
+    EXPECT_TRUE(about.contains(QDir::toNativeSeparators(home.path()))) << about.toStdString();
+    EXPECT_EQ(recorder.opened, QList<QUrl>{QUrl::fromLocalFile(home.path())});
+
+    QPoint shownAt;
+    test::Driver second;
+    second.then("the chooser", [&] { return chooserUp(); }, [&] {
+        shownAt = top()->pos();
+        cancel();
+    });
+    EXPECT_EQ(run(second), 0);
+    EXPECT_EQ(shownAt, movedTo);
+    // In the program's own file: the component's settings know nothing of it.
+    EXPECT_TRUE(QFile::exists(desktopSettingsFile(options, home.path())));
+    QSettings component(home.file(QStringLiteral("config/Brackenfell Software/Ordivane for Office.ini")), QSettings::IniFormat);
+    for (const QString& key : component.allKeys()) EXPECT_FALSE(key.contains(QStringLiteral("eometry"))) << key.toStdString();
 }
 
 void spoilFile(const QString& path)
@@ -178,20 +240,14 @@ struct Unusable {
     QStringList says;          // in the message or the advice; "%home" stands for the data folder
 };
 
-class UnusableDataTest : public ::testing::TestWithParam<Unusable> {};
+class UnusableData : public DesktopSession, public ::testing::WithParamInterface<Unusable> {};
 
-TEST_P(UnusableDataTest, TheMessageNamesTheFileAndWhatToDo)
+TEST_P(UnusableData, TheMessageNamesTheFileAndWhatToDo)
 {
-    test::widgetApp();
     // Only the first failure of a process is reported; ctest runs each case in a process of its own.
     if (modDLLErrHandler::FailureCount() > 0) GTEST_SKIP() << "a failure was reported before in this process";
     const Unusable& c = GetParam();
-    test::TempDir home, state;
-    qputenv("XDG_STATE_HOME", state.path().toUtf8());
     c.spoil(home.path());
-    HostOptions options = defaultHostOptions();
-    options.home = home.path();
-    auto host = std::make_shared<qt::QtUiHost>();
     QString said;
     test::Driver driver;
     driver.then("the report", [] { return test::shownWindow(QStringLiteral("FailureReport")); }, [&] {
@@ -199,21 +255,16 @@ TEST_P(UnusableDataTest, TheMessageNamesTheFileAndWhatToDo)
         said = box->text() + QLatin1Char('\n') + box->informativeText();
         box->button(QMessageBox::Ok)->click();
     });
-    if (c.chooserFollows)
-        driver.then("the chooser", [&] { return !host->modalStack().empty() && host->viewOf(*host->modalStack().back()); },
-                    [&] { host->viewOf(*host->modalStack().back())->close(); });
-    driver.start();
-    EXPECT_EQ(runSession(options, host), 1);
-    EXPECT_TRUE(driver.finished());
+    if (c.chooserFollows) driver.then("the chooser", [&] { return top(); }, [&] { top()->close(); });
+    EXPECT_EQ(run(driver), 1);
     for (QString part : c.says) {
         part.replace(QStringLiteral("%home"), QDir::toNativeSeparators(home.path()));
         EXPECT_TRUE(said.contains(part)) << part.toStdString() << " not in: " << said.toStdString();
     }
-    qunsetenv("XDG_STATE_HOME");
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Parts, UnusableDataTest,
+    Parts, UnusableData,
     ::testing::Values(
         Unusable{"SettingsFileIsAFolder",
                  [](const QString& home) { QDir().mkpath(home + QStringLiteral("/config/Brackenfell Software/Ordivane for Office.ini")); },
@@ -224,26 +275,5 @@ INSTANTIATE_TEST_SUITE_P(
         Unusable{"DatabaseIsMissing", [](const QString& home) { spoilFile(home + QStringLiteral("/OVLink.db")); },
                  false, {"%home/OVLocal.db", "in %home", "backup"}}),
     [](const auto& info) { return std::string(info.param.name); });
-
-TEST(DesktopReporter, ATaskFolderThatCannotBeUsedIsNamedWithWhatToDo)
-{
-    const FailureMessage m = failureMessage(QStringLiteral("1.0.0"), QStringLiteral("Cannot create the folder \"tasks\" in \"/d/vdir\"."),
-                                            QStringLiteral("75"), QStringLiteral("Steplets task store"), {},
-                                            QStringLiteral("/d/steplets.log"), QStringLiteral("/d"));
-    EXPECT_EQ(m.what, QStringLiteral("Cannot create the folder \"tasks\" in \"/d/vdir\"."));
-    EXPECT_TRUE(m.advice.contains(QStringLiteral("/d/vdir"))) << m.advice.toStdString();
-    EXPECT_TRUE(m.advice.contains(QStringLiteral("write"))) << m.advice.toStdString();
-}
-
-TEST(DesktopReporter, TheLogLiesInTheChosenDataFolderElseInTheStateDirectory)
-{
-    test::TempDir state;
-    qputenv("XDG_STATE_HOME", state.path().toUtf8());
-    HostOptions options = defaultHostOptions();
-    EXPECT_TRUE(logFilePath(options).startsWith(state.path()));
-    options.home = QStringLiteral("/data/steplets");
-    EXPECT_EQ(logFilePath(options), QStringLiteral("/data/steplets/steplets.log"));
-    qunsetenv("XDG_STATE_HOME");
-}
 
 } // namespace

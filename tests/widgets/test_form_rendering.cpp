@@ -1,14 +1,16 @@
-// What the generic binding draws, checked as geometry on the offscreen platform: the prompt
-// dialog's calendar and labels in the modes that change its layout, and a results grid scrolled
-// to its last row. Each window is photographed into the build directory.
+// What the generic binding draws, checked as geometry on the offscreen platform: the template
+// options on each tab in both modes, the prompt dialog's drop-down calendar by mouse and keys,
+// and a results grid scrolled to its last row.
 #include "FormView.h"
 #include "FormWidgets.h"
 #include "QtUiHost.h"
 #include "WidgetSupport.h"
 #include "WindowChecks.h"
 #include "controls/Controls.h"
+#include "dialogs/frmNewTask.h"
 #include "dialogs/frmPrompt.h"
 #include "session/SessionContext.h"
+#include "templates/EditedTemplate.h"
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
@@ -29,56 +31,96 @@ protected:
     {
         test::widgetApp();
         session() = SessionContext();
+        session().ports.ui = std::shared_ptr<UiHost>(&host, [](UiHost*) {});
+        modTasks::ReSetModuleVariables();
     }
-    void TearDown() override { session() = SessionContext(); }
+    void TearDown() override
+    {
+        session().ports = Ports();
+        session() = SessionContext();
+        modTasks::ReSetModuleVariables();
+        modTasks::EditedTemplate().OptionsDialogDeclined = false;
+    }
     FormView* view(Form& f) const { return host.viewOf(f); }
     bool shown(Form& f) const { return view(f) && view(f)->isVisible(); }
 
     qt::QtUiHost host;
 };
 
+// --- The template options ---
+
+// A page is in sight when its widget lies (at least partly) inside the window, not moved out.
+bool inSight(FormView* v, Control& page)
+{
+    QWidget* p = v->widgetOf(page);
+    return p->isVisible() && v->rect().intersects(p->geometry().translated(p->parentWidget()->mapTo(v, QPoint())));
+}
+
+TEST_F(FormRenderingTest, TemplateOptionsShowThePageOfEachTabAndTheButtonsOfTheMode)
+{
+    for (const bool edit : {false, true}) {
+        SCOPED_TRACE(edit ? "edit" : "new");
+        EditedTemplateState& t = modTasks::EditedTemplate();
+        t.DateType = Int16(2);
+        t.AnchorDescription = QStringLiteral("Closing date");
+        frmNewTask dialog(host);
+        Driver driver;
+        driver.then("the dialog", [&] { return shown(dialog); }, [&] {
+            FormView* v = view(dialog);
+            QWidget* create = v->widgetOf(dialog.CreateEditButton);
+            QWidget* ok = v->widgetOf(dialog.OKButton);
+            QWidget* cancel = v->widgetOf(dialog.CancelButton);
+            EXPECT_EQ(ok->isVisible(), edit);
+            // Edit: the button stands at the left edge, OK beside Cancel; new: it takes OK's place.
+            if (edit) EXPECT_LT(create->geometry().right(), ok->geometry().left());
+            if (edit) EXPECT_LT(create->x(), v->width() / 4);
+            else EXPECT_LT(cancel->geometry().left() - create->geometry().right(), 20);
+            EXPECT_LT(create->geometry().right(), cancel->geometry().left());
+            QTabBar* bar = static_cast<qt::TabStripWidget*>(v->widgetOf(dialog.TabStrip1))->tabBar();
+            for (int tab = 3; tab >= 1; --tab) {
+                QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(tab - 1).center());
+                QTest::qWait(20);   // the page's widgets follow once the handler has returned
+                for (int page = 0; page < 3; ++page) EXPECT_EQ(inSight(v, dialog.Picture1[page]), page == tab - 1) << tab << page;
+            }
+            // The anchor date shows no date until a day is picked, and only an anchor template's can be.
+            auto* anchor = static_cast<qt::CalendarBox*>(v->widgetOf(dialog.dtmAnchorDate));
+            EXPECT_EQ(anchor->fieldText(), QStringLiteral("(no date)"));
+            EXPECT_EQ(anchor->isEnabled(), edit);
+            QTest::mouseClick(cancel, Qt::LeftButton);
+        });
+        driver.start();
+        Bool16 blnEdit(edit);
+        QString name = QStringLiteral("Closing documents");
+        dialog.NewTaskDialog(blnEdit, name);
+        ASSERT_TRUE(driver.finished());
+        EXPECT_TRUE(modTasks::EditedTemplate().OptionsDialogDeclined);
+        dialog.Unload();
+        modTasks::ReSetModuleVariables();
+    }
+}
+
 // --- The prompt dialog ---
 
-TEST_F(FormRenderingTest, TheAnchorDateCalendarShowsWholeWeeksAndTakesAPickedDay)
+TEST_F(FormRenderingTest, TheAnchorDateDropsDownWholeWeeksAndTakesADayByKeys)
 {
     frmPrompt prompt(host);
     QDate picked;
     Driver driver;
     driver.then("the prompt with a date and a text", [&] { return shown(prompt); }, [&] {
         auto* box = static_cast<qt::CalendarBox*>(view(prompt)->widgetOf(prompt.ActiveCalendar1));
-        test::expectNothingClipped(view(prompt));
-        test::saveScreenshot(view(prompt), QStringLiteral("prompt-anchor-date"));
-        // The user clicks where the calendar is drawn; the month grid must then be there whole.
-        QTest::mouseClick(box, Qt::LeftButton);
+        // F4 drops the grid down on the day shown, whole; Right moves on a day, Enter takes it.
         QCalendarWidget* cal = box->calendar();
+        picked = cal->selectedDate().addDays(1);
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_F4);
         ASSERT_TRUE(cal->isVisible());
         EXPECT_GE(cal->height(), cal->minimumSizeHint().height());
         EXPECT_GE(cal->width(), cal->minimumSizeHint().width());
         test::saveScreenshot(cal->window(), QStringLiteral("prompt-anchor-date-calendar"));
-        // The 15th of the month shown: the first "15" of the grid, as the days of the month
-        // before come first and are all later than the 21st.
-        auto* days = cal->findChild<QTableView*>();
-        ASSERT_NE(days, nullptr);
-        QModelIndex fifteenth;
-        for (int r = 1; r < days->model()->rowCount() && !fifteenth.isValid(); ++r)
-            for (int c = 0; c < days->model()->columnCount() && !fifteenth.isValid(); ++c)
-                if (days->model()->index(r, c).data().toInt() == 15) fifteenth = days->model()->index(r, c);
-        ASSERT_TRUE(fifteenth.isValid());
-        EXPECT_TRUE(days->viewport()->rect().contains(days->visualRect(fifteenth)));
-        picked = QDate(cal->yearShown(), cal->monthShown(), 15);
-        QTest::mouseClick(days->viewport(), Qt::LeftButton, {}, days->visualRect(fifteenth).center());
-        QTest::qWait(20);
-        EXPECT_FALSE(cal->isVisible() && cal->window() != view(prompt)) << "the drop-down stays open";
-        test::saveScreenshot(view(prompt), QStringLiteral("prompt-anchor-date-picked"));
-        // By keys: F4 drops the grid down on the day picked, Right moves on a day, Enter takes it.
-        box->setFocus();
-        QTest::keyClick(box, Qt::Key_F4);
-        ASSERT_TRUE(cal->isVisible());
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
         QTest::qWait(20);
         EXPECT_FALSE(cal->isVisible()) << "Enter leaves the drop-down open";
-        picked = picked.addDays(1);
         QTest::mouseClick(view(prompt)->widgetOf(prompt.OKButton), Qt::LeftButton);
     });
     driver.start();
@@ -89,29 +131,6 @@ TEST_F(FormRenderingTest, TheAnchorDateCalendarShowsWholeWeeksAndTakesAPickedDay
     prompt.PromptDialog(mode, withDate, withText, userPrompt, item, anchor);
     ASSERT_TRUE(driver.finished());
     EXPECT_EQ(session().dPromptAnchorDate.toQDateTime().date(), picked);
-}
-
-TEST_F(FormRenderingTest, TheCommonInputQuestionShowsEveryLineClearOfItsButtons)
-{
-    frmPrompt prompt(host);
-    Driver driver;
-    driver.then("the question", [&] { return shown(prompt); }, [&] {
-        test::expectNothingClipped(view(prompt));
-        // The last paragraph ends above the buttons, which stay inside the window.
-        QWidget* last = view(prompt)->widgetOf(prompt.Label2[3]);
-        QWidget* yes = view(prompt)->widgetOf(prompt.OKButton);
-        EXPECT_LE(last->geometry().bottom(), yes->geometry().top());
-        EXPECT_TRUE(view(prompt)->rect().contains(yes->geometry()));
-        test::saveScreenshot(view(prompt), QStringLiteral("prompt-common-input"));
-        QTest::mouseClick(yes, Qt::LeftButton);
-    });
-    driver.start();
-    qint32 mode = 6;
-    Bool16 no(false);
-    QString anchors = QStringLiteral("2"), prompts = QStringLiteral("1"), none;
-    prompt.PromptDialog(mode, no, no, anchors, prompts, none);
-    ASSERT_TRUE(driver.finished());
-    EXPECT_FALSE(session().bPromptCancelled);
 }
 
 // --- The results grid ---

@@ -5,65 +5,44 @@
 #include "TempDir.h"
 #include "UrlRecorder.h"
 #include "WidgetSupport.h"
-#include <QDesktopServices>
 #include <QFile>
 #include <QLineEdit>
 #include <QTest>
-#include <QUrl>
 
 namespace {
 
-void touch(const QString& path)
-{
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("<html></html>");
-}
-
-struct HelpCase {
-    const char* name;
-    bool besideHelpFile;       // Ordivane.html next to the help file's path
-    bool inDataFolder;         // Ordivane.html in the program's data folder
-    const char* expectedFolder; // "beside", "data" or "" for none
-};
-
-class HelpKeyTest : public ::testing::TestWithParam<HelpCase> {};
-
-TEST_P(HelpKeyTest, F1OpensThePageOfTheHelpFilesBaseNameOrLogsThatThereIsNone)
+TEST(HelpKey, F1OpensThePageOfTheHelpFilesBaseNameBesideItElseInTheDataFolderElseLogsThatThereIsNone)
 {
     steplets::test::widgetApp();
-    const HelpCase c = GetParam();
-    steplets::test::TempDir beside, data;
-    if (c.besideHelpFile) touch(beside.file(QStringLiteral("Ordivane.html")));
-    if (c.inDataFolder) touch(data.file(QStringLiteral("Ordivane.html")));
-    steplets::test::UrlRecorder recorder;
-    QStringList logged;
-
-    steplets::qt::QtUiHost host;
-    host.setHelp({data.path()}, [&logged](const QString& line) { logged << line; });
-    // As the component names it: its folder, a Windows separator, the .chm.
-    host.setHelpFile(beside.path() + QStringLiteral("\\Ordivane.chm"));
-    QLineEdit anyWindow;
-    anyWindow.show();
-    QTest::keyClick(&anyWindow, Qt::Key_F1);
-
-    const QString folder = QString::fromLatin1(c.expectedFolder);
-    if (folder.isEmpty()) {
-        EXPECT_TRUE(recorder.opened.isEmpty());
-        ASSERT_EQ(logged.size(), 1);
-        EXPECT_TRUE(logged.first().contains(QStringLiteral("Ordivane.chm")));
-    } else {
-        const QString dir = folder == QLatin1String("beside") ? beside.path() : data.path();
-        ASSERT_EQ(recorder.opened.size(), 1);
-        EXPECT_EQ(recorder.opened.first(), QUrl::fromLocalFile(dir + QStringLiteral("/Ordivane.html")));
-        EXPECT_TRUE(logged.isEmpty());
+    struct Case {
+        bool beside, inData;   // Ordivane.html next to the help file, in the program's data folder
+        int opensFrom;         // 0 beside, 1 data folder, -1 none
+    };
+    for (const Case c : {Case{true, true, 0}, Case{false, true, 1}, Case{false, false, -1}}) {
+        steplets::test::TempDir folders[2];
+        for (int i = 0; i < 2; ++i)
+            if (i == 0 ? c.beside : c.inData) {
+                QFile page(folders[i].file(QStringLiteral("Ordivane.html")));
+                ASSERT_TRUE(page.open(QIODevice::WriteOnly));
+            }
+        steplets::test::UrlRecorder recorder;
+        QStringList logged;
+        steplets::qt::QtUiHost host;
+        host.setHelp({folders[1].path()}, [&logged](const QString& line) { logged << line; });
+        // As the component names it: its folder, a Windows separator, the .chm.
+        host.setHelpFile(folders[0].path() + QStringLiteral("\\Ordivane.chm"));
+        QLineEdit anyWindow;
+        anyWindow.show();
+        QTest::keyClick(&anyWindow, Qt::Key_F1);
+        if (c.opensFrom < 0) {
+            EXPECT_TRUE(recorder.opened.isEmpty());
+            ASSERT_EQ(logged.size(), 1);
+            EXPECT_TRUE(logged.first().contains(QStringLiteral("Ordivane.chm")));
+        } else {
+            EXPECT_EQ(recorder.opened, QList<QUrl>{QUrl::fromLocalFile(folders[c.opensFrom].file(QStringLiteral("Ordivane.html")))});
+            EXPECT_TRUE(logged.isEmpty());
+        }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Places, HelpKeyTest,
-                         ::testing::Values(HelpCase{"Beside", true, true, "beside"}, HelpCase{"DataFolder", false, true, "data"},
-                                           HelpCase{"Nowhere", false, false, ""}),
-                         [](const auto& info) { return std::string(info.param.name); });
-
 } // namespace
-

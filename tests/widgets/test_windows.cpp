@@ -118,14 +118,6 @@ const Sight kSights[] = {
 #undef LOOK
 #undef CLOSE
 
-// The top-level window of that object name that is on the screen.
-QWidget* windowNamed(const QString& name)
-{
-    for (QWidget* w : QApplication::topLevelWidgets())
-        if (w->isVisible() && w->objectName() == name) return w;
-    return nullptr;
-}
-
 class WindowsTest : public ::testing::TestWithParam<Sight> {
 protected:
     void SetUp() override
@@ -170,7 +162,7 @@ TEST_P(WindowsTest, IsWholeOnTheScreenAndPhotographed)
     bool looked = false;
     driver.setBeforeStep([&](const scripted::Step& step) {
         if (step.number != sight.lookAt) return;
-        QWidget* window = windowNamed(QLatin1String(sight.window));
+        QWidget* window = test::shownWindow(QLatin1String(sight.window));
         ASSERT_NE(window, nullptr) << sight.window << " is not on the screen before step " << step.number;
         looked = true;
         test::saveScreenshot(window, QLatin1String(sight.shot), sight.forDocs);

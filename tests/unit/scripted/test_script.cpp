@@ -41,7 +41,6 @@ TEST(ScriptReading, WellFormedStepsOfEveryKindAreTaken) {
 TEST(ScriptReading, MalformedStepsNameTheStepAndTheMember) {
     EXPECT_EQ(errorOf(R"({"click": "x"})"), QStringLiteral("member \"script\" must be a list of steps"));
     EXPECT_EQ(errorOf(R"([{"click": "a"}, 3])"), QStringLiteral("step 2: a step must be an object"));
-    EXPECT_EQ(errorOf(R"([{"click": 3}])"), QStringLiteral("step 1: member \"click\" must be a text"));
     EXPECT_EQ(errorOf(R"([{"click": "a"}, {"tick": "l", "item": "r"}])"), QStringLiteral("step 2: member \"checked\" is missing"));
     EXPECT_EQ(errorOf(R"([{"tick": "l", "checked": true}])"),
               QStringLiteral("step 1: exactly one of the members \"item\" and \"row\" must be given"));
@@ -52,8 +51,6 @@ TEST(ScriptReading, MalformedStepsNameTheStepAndTheMember) {
     EXPECT_EQ(errorOf(R"([{"form": "f", "close": false}])"), QStringLiteral("step 1: member \"close\" must be true"));
     EXPECT_EQ(errorOf(R"([{"click": "a", "text": "b"}])"), QStringLiteral("step 1: member \"text\" does not belong in this step"));
     EXPECT_EQ(errorOf(R"([{"click": "a", "focus": "b"}])"), QStringLiteral("step 1: members \"click\", \"focus\" cannot stand in one step"));
-    EXPECT_EQ(errorOf(R"([{"msgbox": "Maybe"}])"),
-              QStringLiteral("step 1: member \"msgbox\" must be one of \"OK\", \"Cancel\", \"Yes\", \"No\""));
     EXPECT_EQ(errorOf(R"([{"item": {"close": "later"}}])"),
               QStringLiteral("step 1: member \"item.close\" must be one of \"save\", \"discard\", \"send\""));
     EXPECT_EQ(errorOf(R"([{"item": {"subject": "x"}}])"),

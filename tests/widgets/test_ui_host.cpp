@@ -1,0 +1,488 @@
+// What every UI host must do, written once and run on each: the scripted host, and the Qt Widgets
+// host on the offscreen platform with its user played as real input on the widgets. Both run on
+// a virtual clock from 2026-03-16 15:30 and play the same script, so both write the same events.
+#include "QtScriptDriver.h"
+#include "QtUiHost.h"
+#include "ScriptedHost.h"
+#include "TempDir.h"
+#include "WidgetSupport.h"
+#include "backends/vdir/VdirStore.h"
+#include "controls/Controls.h"
+#include "runtime/Failure.h"
+#include <QElapsedTimer>
+#include <QJsonDocument>
+
+using namespace steplets;
+
+namespace {
+
+enum class Kind { Scripted, Qt };
+
+// A host whose user plays `steps`.
+class PlayedHost {
+public:
+    PlayedHost(Kind kind, const char* steps)
+    {
+        QString error;
+        auto script = scripted::Script::fromJson(QJsonDocument::fromJson(steps).array(), &error);
+        EXPECT_TRUE(script) << error.toStdString();
+        const QDateTime start(QDate(2026, 3, 16), QTime(15, 30));
+        if (kind == Kind::Scripted) {
+            m_scripted = std::make_shared<scripted::ScriptedHost>(script.value_or(scripted::Script()), start);
+            return;
+        }
+        test::widgetApp();
+        m_script = script.value_or(scripted::Script());
+        m_clock = std::make_shared<scripted::VirtualClock>(start);
+        m_log = std::make_unique<scripted::EventLog>(*m_clock);
+        m_qt = std::make_shared<qt::QtUiHost>(m_clock);
+        m_driver = std::make_unique<qtplay::QtScriptDriver>(m_script, *m_clock, *m_log, *m_qt);
+        m_qt->setDriver(m_driver.get());
+    }
+    ~PlayedHost()
+    {
+        if (m_qt) m_qt->setDriver(nullptr);
+    }
+    std::shared_ptr<UiHost> ui() const { return m_scripted ? std::shared_ptr<UiHost>(m_scripted) : m_qt; }
+    scripted::VirtualClock& clock() { return m_scripted ? m_scripted->clock() : *m_clock; }
+    int stepsLeft() const { return m_scripted ? m_scripted->script().remaining() : m_script.remaining(); }
+    const std::vector<Form*>& modalStack() const { return m_scripted ? m_scripted->modalStack() : m_qt->modalStack(); }
+    // The events that have `key`, in their order.
+    QList<QJsonObject> events(const QString& key) const
+    {
+        QList<QJsonObject> found;
+        for (const QJsonValue& e : m_scripted ? m_scripted->events() : m_log->events())
+            if (e.toObject().contains(key)) found << e.toObject();
+        return found;
+    }
+    QString at(const QString& key, int nth = 0) const { return events(key).value(nth).value("at").toString(); }
+
+private:
+    std::shared_ptr<scripted::ScriptedHost> m_scripted;
+    scripted::Script m_script;
+    std::shared_ptr<scripted::VirtualClock> m_clock;
+    std::unique_ptr<scripted::EventLog> m_log;
+    std::shared_ptr<qt::QtUiHost> m_qt;
+    std::unique_ptr<qtplay::QtScriptDriver> m_driver;
+};
+
+// A window of a few placed controls, its form events as hooks.
+class Window : public Form {
+public:
+    explicit Window(UiHost& host, const char* name = "frmTest") : Form(host, QLatin1String(name))
+    {
+        setCaption(QStringLiteral("Test"));
+        setWidth(4800);
+        setHeight(3000);
+        cmdOK.setCaption(QStringLiteral("OK"));
+        cmdOK.Move(120, 120, 1200, 375);
+        cmdCancel.setCaption(QStringLiteral("Cancel"));
+        cmdCancel.setCancel(true);
+        cmdCancel.Move(120, 600, 1200, 375);
+        chkOption.setCaption(QStringLiteral("Option"));
+        chkOption.Move(120, 1100, 2400, 285);
+        lblInfo.Move(120, 1500, 3000, 285);
+        pbProgress.Move(120, 1900, 3000, 285);
+        Timer1.setEnabled(false);
+        Timer2.setEnabled(false);
+    }
+    CommandButton cmdOK{*this, QStringLiteral("cmdOK")};
+    CommandButton cmdCancel{*this, QStringLiteral("cmdCancel")};
+    CheckBox chkOption{*this, QStringLiteral("chkOption")};
+    Label lblInfo{*this, QStringLiteral("lblInfo")};
+    ProgressBar pbProgress{*this, QStringLiteral("pbProgress")};
+    Timer Timer1{*this, QStringLiteral("Timer1")};
+    Timer Timer2{*this, QStringLiteral("Timer2")};
+    std::function<void()> onLoad, onActivate;
+    std::function<void(int&)> onQueryUnload;
+    int activations = 0;
+
+protected:
+    void Form_Load() override { if (onLoad) onLoad(); }
+    void Form_Activate() override
+    {
+        ++activations;
+        if (onActivate) onActivate();
+    }
+    void Form_QueryUnload(int& cancel, int) override { if (onQueryUnload) onQueryUnload(cancel); }
+};
+
+struct Abort {
+    bool aborted = false;
+    HostAbort::Reason reason = HostAbort::Reason::CannotPlay;
+    QString message;
+};
+template <class F>
+Abort abortOf(F&& f)
+{
+    try {
+        f();
+    } catch (const HostAbort& a) {
+        return {true, a.reason(), a.message()};
+    }
+    return {};
+}
+
+QJsonObject control(const QJsonObject& snapshotEvent, const char* name)
+{
+    return snapshotEvent.value("snapshot").toObject().value("controls").toObject().value(QLatin1String(name)).toObject();
+}
+
+class UiHostContract : public ::testing::TestWithParam<Kind> {
+protected:
+    std::unique_ptr<PlayedHost> played;
+    UiHost& host(const char* steps = "[]")
+    {
+        played = std::make_unique<PlayedHost>(GetParam(), steps);
+        m_ui = played->ui();
+        return *m_ui;
+    }
+
+private:
+    std::shared_ptr<UiHost> m_ui;
+};
+
+// --- Modal windows ---
+
+TEST_P(UiHostContract, AModalShowLastsUntilHiddenOrUnloadedAndActivateComesBackFromAModalFormOnly)
+{
+    UiHost& ui = host(R"([{"form": "frmMain", "click": "cmdOK"}, {"form": "frmChild", "click": "cmdOK"},
+                          {"msgbox": "No"}, {"form": "frmMain", "close": true}, {"form": "frmMain", "close": true}])");
+    Window main(ui, "frmMain"), child(ui, "frmChild");
+    int answer = 0, asked = 0;
+    main.cmdOK.Click.connect([&] {
+        child.Show();
+        answer = ui.MsgBox(QStringLiteral("Go on?"), 4 + 32, QStringLiteral(" Question"));
+    });
+    child.cmdOK.Click.connect([&] { child.Hide(); });
+    // The child goes with its caller, as the component's windows unload what they loaded.
+    main.onQueryUnload = [&](int& cancel) {
+        cancel = ++asked == 1;
+        if (!cancel) child.Unload();
+    };
+    main.Show();
+    EXPECT_EQ(answer, 7);
+    EXPECT_EQ(child.activations, 1);
+    EXPECT_EQ(main.activations, 2) << "its show and the child's hide; the message box adds none";
+    EXPECT_EQ(asked, 2) << "the first close was refused";
+    EXPECT_FALSE(main.isLoaded());
+    EXPECT_TRUE(played->modalStack().empty());
+    EXPECT_EQ(played->stepsLeft(), 0);
+}
+
+TEST_P(UiHostContract, AHideAndANewShowInOneHandlerKeepTheWindowUp)
+{
+    UiHost& ui = host(R"([{"form": "frmTest", "click": "cmdOK"}, {"form": "frmTest", "snapshot": true},
+                          {"form": "frmTest", "click": "cmdCancel"}])");
+    Window w(ui);
+    int depth = 0;
+    w.cmdOK.Click.connect([&] { w.Hide(); w.Show(); });
+    w.cmdCancel.Click.connect([&] { depth = w.modalDepth(); w.Hide(); });
+    w.Show();
+    EXPECT_TRUE(played->events("snapshot").value(0).value("snapshot").toObject().value("visible").toBool());
+    EXPECT_EQ(depth, 2);
+    EXPECT_EQ(w.modalDepth(), 0);
+    EXPECT_EQ(played->stepsLeft(), 0);
+    w.Unload();
+}
+
+TEST_P(UiHostContract, AStepForAWindowNotYetThereLetsTimersBringIt)
+{
+    UiHost& ui = host(R"([{"form": "frmChild", "click": "cmdOK"}, {"form": "frmMain", "click": "cmdCancel"}])");
+    Window main(ui, "frmMain"), child(ui, "frmChild");
+    main.Timer1.setInterval(1000);
+    main.onActivate = [&] { main.Timer1.setEnabled(true); };
+    main.Timer1.Tick.connect([&] { main.Timer1.setEnabled(false); child.Show(); child.Unload(); });
+    child.cmdOK.Click.connect([&] { child.Hide(); });
+    main.cmdCancel.Click.connect([&] { main.Unload(); });
+    main.Show();
+    EXPECT_EQ(played->at("show", 1), QStringLiteral("2026-03-16T15:30:01"));
+    EXPECT_EQ(played->events("unload").value(0).value("unload").toString(), QStringLiteral("frmChild"));
+    EXPECT_EQ(played->events("unload").value(1).value("unload").toString(), QStringLiteral("frmMain"));
+}
+
+// A play the user cannot go on with ends the show with a reason that names the step.
+TEST_P(UiHostContract, WhatCannotBePlayedEndsTheShowNamingWhy)
+{
+    struct Case {
+        const char* steps;
+        std::function<void(Window&)> setUp;
+        HostAbort::Reason reason;
+        const char* says;
+    };
+    const Case cases[] = {
+        {R"([{"form": "frmChild", "click": "cmdOK"}])", {}, HostAbort::Reason::CannotPlay,
+         "step 1 (click cmdOK on frmChild) cannot be done: the window frmTest is waiting and no timer is left"},
+        {R"([{"msgbox": "OK"}])", [](Window& w) { w.Timer1.setInterval(60000); w.Timer1.setEnabled(true); },
+         HostAbort::Reason::CannotPlay, "never came"},
+        {R"([{"click": "chkOption"}])", {}, HostAbort::Reason::CannotPlay, "the script ended while the window frmTest was waiting"},
+        {R"([{"form": "frmTest", "click": "cmdOK"}])", [](Window& w) { w.cmdOK.setEnabled(false); },
+         HostAbort::Reason::CannotPlay, "disabled"},
+        {R"([{"click": "cmdNothing"}])", {}, HostAbort::Reason::CannotPlay, "step 1 (click cmdNothing): frmTest has no control cmdNothing"},
+        {R"([{"click": "cmdOK"}])", [](Window& w) { w.cmdOK.Click.connect([] { throw Failure::overflow(); }); },
+         HostAbort::Reason::UnhandledFailure, "failure 6 "},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.steps);
+        Window w(host(c.steps));
+        if (c.setUp) c.setUp(w);
+        const Abort a = abortOf([&] { w.Show(); });
+        EXPECT_TRUE(a.aborted);
+        EXPECT_EQ(a.reason, c.reason);
+        EXPECT_TRUE(a.message.contains(QLatin1String(c.says))) << a.message.toStdString();
+        EXPECT_TRUE(played->modalStack().empty()) << "the ended show has left the stack";
+    }
+}
+
+// --- Time: timers and yielding on the virtual clock ---
+
+TEST_P(UiHostContract, AWaitFiresEveryTimerDueWithinItAndASnapshotIsTakenAtItsMoment)
+{
+    Window w(host(R"([{"wait": 2.5}, {"form": "frmTest", "snapshot": true}, {"form": "frmTest", "close": true}])"));
+    w.Timer1.setInterval(1000);
+    w.Timer1.Tick.connect([&] { w.lblInfo.setCaption(w.lblInfo.Caption() + QLatin1Char('x')); });
+    w.onLoad = [&] { w.Timer1.setEnabled(true); };
+    w.Show();
+    EXPECT_EQ(played->at("snapshot"), QStringLiteral("2026-03-16T15:30:02.500"));
+    EXPECT_EQ(control(played->events("snapshot").value(0), "lblInfo").value("caption").toString(), QStringLiteral("xx"));
+}
+
+// A window that starts two seconds of paced work a second after it is shown, yields until the
+// pacing timer has ticked 20 times, and refuses to close while it works.
+class PacedWindow : public Window {
+public:
+    explicit PacedWindow(UiHost& host) : Window(host)
+    {
+        Timer1.setInterval(1000);
+        Timer2.setInterval(100);
+        onActivate = [this] { Timer1.setEnabled(true); };
+        onQueryUnload = [this](int& cancel) { cancel = busy; };
+        Timer1.Tick.connect([this, &host] {
+            Timer1.setEnabled(false);
+            busy = true;
+            Timer2.setEnabled(true);
+            while (Timer2.Enabled()) host.DoEvents();
+            busy = false;
+            lblInfo.setCaption(QStringLiteral("done"));
+        });
+        Timer2.Tick.connect([this] {
+            if (++ticks == 20) Timer2.setEnabled(false);
+            pbProgress.setValue(ticks);
+        });
+    }
+    bool busy = false;
+    int ticks = 0;
+};
+
+// Steps after a wait that runs out inside the work act there, as a person's clicks get in
+// between the ticks; steps for anything else wait for their own turn.
+TEST_P(UiHostContract, AWaitRunningOutInAPauseHandsTheFollowingStepsToTheActiveWindow)
+{
+    struct Case {
+        const char* steps;
+        bool boxAfterWork;
+        const char* snapshotAt;
+        int progress;
+        const char* caption;
+        const char* unloadAt;
+    };
+    const Case cases[] = {
+        {R"([{"wait": 2}, {"form": "frmTest", "snapshot": true}, {"form": "frmTest", "close": true},
+             {"wait": 5}, {"form": "frmTest", "close": true}])", false, "2026-03-16T15:30:02", 10, "", "2026-03-16T15:30:08"},
+        {R"([{"wait": 10}, {"form": "frmTest", "snapshot": true}, {"form": "frmTest", "close": true}])", false,
+         "2026-03-16T15:30:10", 20, "done", "2026-03-16T15:30:10"},
+        {R"([{"wait": 2}, {"msgbox": "OK"}, {"form": "frmTest", "close": true}])", true, "", 0, "", "2026-03-16T15:30:03"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.steps);
+        UiHost& ui = host(c.steps);
+        PacedWindow w(ui);
+        if (c.boxAfterWork) w.Timer1.Tick.connect([&] { ui.MsgBox(QStringLiteral("Finished.")); });
+        w.Show();
+        EXPECT_EQ(played->at("snapshot"), QLatin1String(c.snapshotAt));
+        if (c.boxAfterWork) EXPECT_EQ(played->at("msgbox"), QLatin1String(c.unloadAt));
+        else {
+            const QJsonObject snap = played->events("snapshot").value(0);
+            EXPECT_EQ(control(snap, "pbProgress").value("progress").toInt(), c.progress);
+            EXPECT_EQ(control(snap, "lblInfo").value("caption").toString(), QLatin1String(c.caption));
+        }
+        ASSERT_EQ(played->events("unload").size(), 1);
+        EXPECT_EQ(played->at("unload"), QLatin1String(c.unloadAt));
+        EXPECT_EQ(played->stepsLeft(), 0);
+    }
+}
+
+TEST_P(UiHostContract, TimersTickOnVirtualTimeOnlyWhileEnabledWithAnIntervalInALoadedWindow)
+{
+    Window w(host()), other(*played->ui(), "frmOther");
+    w.Load();
+    other.Load();
+    std::vector<QString> ticks;
+    w.Timer1.Tick.connect([&] { ticks.push_back(played->clock().stamp()); });
+    other.Timer1.Tick.connect([&] { ticks.push_back(QStringLiteral("other")); });
+    QElapsedTimer real;
+    real.start();
+    w.Timer1.setEnabled(true);
+    played->clock().advance(5000);
+    EXPECT_TRUE(ticks.empty()) << "interval 0 never ticks";
+    // Yielding lets the clock reach the next timer; with none left it stands still.
+    w.Timer1.setInterval(100);
+    w.Timer1.Tick.connect([&] { if (ticks.size() == 20) w.Timer1.setEnabled(false); });
+    while (w.Timer1.Enabled()) played->ui()->DoEvents();
+    played->ui()->DoEvents();
+    EXPECT_EQ(ticks.size(), 20u);
+    EXPECT_EQ(ticks.back(), QStringLiteral("2026-03-16T15:30:07"));
+    EXPECT_EQ(played->ui()->Now(), Date::fromParts(2026, 3, 16, 15, 30, 7));
+    EXPECT_LT(real.elapsed(), 1000) << "virtual seconds are not waited for";
+    // Setting the interval restarts the countdown; ties fire in the order they were scheduled.
+    ticks.clear();
+    w.Timer1.setInterval(1000);
+    w.Timer1.setEnabled(true);
+    played->clock().advance(900);
+    w.Timer1.setInterval(1000);
+    other.Timer1.setInterval(1000);
+    other.Timer1.setEnabled(true);
+    played->clock().advance(1000);
+    EXPECT_EQ(ticks, (std::vector<QString>{QStringLiteral("2026-03-16T15:30:08.900"), QStringLiteral("other")}));
+    w.Unload();
+    played->clock().advance(5000);
+    EXPECT_EQ(ticks.size(), 7u) << "an unloaded window's timer does not tick";
+    other.Unload();
+    EXPECT_FALSE(played->clock().hasTimer());
+}
+
+TEST_P(UiHostContract, AHandlerThatYieldsDoesNotReenterItsOwnTimer)
+{
+    Window w(host());
+    w.Load();
+    int depth = 0, deepest = 0;
+    w.Timer1.Tick.connect([&] {
+        deepest = std::max(deepest, ++depth);
+        played->ui()->DoEvents();
+        --depth;
+    });
+    w.Timer1.setInterval(100);
+    w.Timer1.setEnabled(true);
+    played->clock().advance(300);
+    EXPECT_EQ(deepest, 1);
+    w.Unload();
+}
+
+// --- Message boxes (the contact picker's arguments and choice are played by the scenario files
+// on both hosts) ---
+
+TEST_P(UiHostContract, AMessageBoxAnswerIsRecordedWithEverythingTheBoxShowed)
+{
+    UiHost& ui = host(R"([{"msgbox": "No", "title": "Undo Task Processing"}])");
+    EXPECT_EQ(ui.MsgBox(QStringLiteral("Are you sure?\r\nReally?"), 4 + 32 + 4096, QStringLiteral("Undo Task Processing")), 7);
+    EXPECT_EQ(played->events("msgbox").value(0).value("msgbox").toObject(),
+              (QJsonObject{{"title", "Undo Task Processing"}, {"text", "Are you sure?\r\nReally?"}, {"buttons", "YesNo"},
+                           {"icon", "question"}, {"systemModal", true}, {"answer", "No"}}));
+}
+
+TEST_P(UiHostContract, AnAnswerTitleOrTextThatDoesNotFitTheBoxCannotBePlayed)
+{
+    struct Case {
+        const char* steps;
+        const char* text;
+        long flags;
+        const char* says;
+    };
+    const Case cases[] = {
+        {R"([{"msgbox": "Yes"}])", "Done.", 0, "step 1 (answer a message box with Yes): the message box \" Name Required\" has the buttons OK"},
+        {R"([{"msgbox": "OK", "title": "Name Required"}])", "x", 48, "has the title \" Name Required\""},
+        {R"([{"msgbox": "OK", "text": "Please enter a name."}])", "Please enter a name for the new group.", 48, "has the text"},
+    };
+    for (const Case& c : cases) {
+        UiHost& ui = host(c.steps);
+        const Abort a = abortOf([&] { ui.MsgBox(QLatin1String(c.text), c.flags, QStringLiteral(" Name Required")); });
+        EXPECT_TRUE(a.message.contains(QLatin1String(c.says))) << a.message.toStdString();
+    }
+}
+
+TEST_P(UiHostContract, TimersFireWhileAMessageBoxWaitsForItsStep)
+{
+    UiHost& ui = host(R"([{"form": "frmTest", "click": "cmdOK"}, {"form": "frmTest", "close": true}])");
+    Window w(ui);
+    w.Load();
+    w.Timer1.setInterval(500);
+    w.Timer1.setEnabled(true);
+    w.Timer1.Tick.connect([&] { w.Timer1.setEnabled(false); w.Show(); });
+    // The timer shows the window, its steps are played, and the box then finds none for itself.
+    EXPECT_EQ(abortOf([&] { ui.MsgBox(QStringLiteral("Wait.")); }).message,
+              QStringLiteral("the script ended while the message box \"\" was waiting"));
+    EXPECT_EQ(played->at("show"), QStringLiteral("2026-03-16T15:30:00.500"));
+}
+
+TEST(MessageBoxFlags, GiveButtonsIconAndModalityAndRefuseTheSetsTheSystemNeverUses)
+{
+    const auto box = MessageBoxRequest::fromFlags(QStringLiteral("t"), 48 + 4096, QStringLiteral(" Anchor Date Required"));
+    EXPECT_EQ(box.buttons, MessageBoxRequest::Buttons::OK);
+    EXPECT_EQ(box.icon, MessageBoxRequest::Icon::Exclamation);
+    EXPECT_TRUE(box.systemModal);
+    EXPECT_EQ(MessageBoxRequest::fromFlags({}, 1 + 16, {}).buttons, MessageBoxRequest::Buttons::OKCancel);
+    EXPECT_EQ(MessageBoxRequest::fromFlags({}, 1 + 16, {}).icon, MessageBoxRequest::Icon::Critical);
+    EXPECT_EQ(MessageBoxRequest::fromFlags({}, 64, {}).icon, MessageBoxRequest::Icon::Information);
+    EXPECT_FALSE(MessageBoxRequest::fromFlags({}, 64, {}).systemModal);
+    try {
+        MessageBoxRequest::fromFlags({}, 3, {});
+        ADD_FAILURE() << "Yes/No/Cancel is not a box of the system";
+    } catch (const Failure& f) {
+        EXPECT_EQ(f.number(), 5);
+    }
+}
+
+TEST_P(UiHostContract, KeepsThePointerAndHelpFileAndTellsTheVirtualTime)
+{
+    UiHost& ui = host();
+    EXPECT_EQ(ui.screenMousePointer(), 0);
+    ui.setScreenMousePointer(11);
+    ui.setHelpFile(QStringLiteral("/opt/ordivane\\Ordivane.chm"));
+    EXPECT_EQ(ui.screenMousePointer(), 11);
+    EXPECT_EQ(ui.helpFile(), QStringLiteral("/opt/ordivane\\Ordivane.chm"));
+    EXPECT_EQ(ui.Now(), Date::fromParts(2026, 3, 16, 15, 30, 0));
+    ui.setScreenMousePointer(0);
+}
+
+// --- Item windows, on a real vdir task ---
+
+// Saving and discarding what the user changed in an item window are played by the scenario
+// files on both hosts; a window shown without waiting, and a field it does not have, are not.
+TEST_P(UiHostContract, AnItemShownWithoutWaitingIsOnlyRecordedAndAFieldTheItemLacksCannotBeEntered)
+{
+    struct Case {
+        const char* steps;
+        bool modal;
+        const char* refusal;
+    };
+    const Case cases[] = {
+        {"[]", false, nullptr},
+        {R"([{"item": {"set": {"NoSuchProperty": 1}, "close": "save"}}])", true, "step 1 (act in an item window): "},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.steps);
+        host(c.steps);
+        test::TempDir dir;
+        vdir::VdirConfig config;
+        config.root = dir.path();
+        auto store = std::make_shared<vdir::VdirStore>(config, played->ui());
+        store->ensureCollection(QStringLiteral("tasks"));
+        auto task = store->newTask(QStringLiteral("tasks"));
+        task->set(QStringLiteral("Subject"), Value(QStringLiteral("File return")));
+        task->Save();
+        const Abort a = abortOf([&] { task->Display(c.modal); });
+        EXPECT_EQ(a.aborted, c.refusal != nullptr) << a.message.toStdString();
+        if (c.refusal) {
+            EXPECT_TRUE(a.message.startsWith(QLatin1String(c.refusal))) << a.message.toStdString();
+        }
+        const auto stored = ol::asTask(store->itemFor(store->load(task->EntryID())));
+        EXPECT_EQ(stored->get(QStringLiteral("Subject")).toText(), QStringLiteral("File return"));
+        EXPECT_EQ(played->events("display").value(0).value("display").toObject(),
+                  (QJsonObject{{"EntryID", task->EntryID()}, {"kind", "task"}}));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Hosts, UiHostContract, ::testing::Values(Kind::Scripted, Kind::Qt),
+                         [](const auto& info) { return info.param == Kind::Qt ? "Qt" : "Scripted"; });
+
+} // namespace
