@@ -1,6 +1,8 @@
 // Every .ics and .vcf under golden/ is read through a real vdir and its mapped fields compared
 // with the NAME.expected beside it, one "Name=value" a line, or the failure the reader gives.
-// STEPLETS_GOLDEN_UPDATE=1 rewrites the expected files, so a mapping change shows as a diff.
+// Each item read is also saved and read again, and must read the same: the writer keeps what
+// the reader maps. STEPLETS_GOLDEN_UPDATE=1 rewrites the expected files, so a mapping change
+// shows as a diff.
 #include "VdirFixture.h"
 #include "backends/vdir/ContactCard.h"
 #include "backends/vdir/TaskProperties.h"
@@ -49,15 +51,27 @@ QStringList renderContact(ol::ContactItem& contact)
 
 class Golden : public VdirFixture {
 protected:
+    QString renderItem(const QString& id, bool isTask)
+    {
+        auto item = ns->GetItemFromID(id, QStringLiteral("store"));
+        const QStringList lines = isTask ? renderTask(ol::asTask(item)) : renderContact(*ol::asContact(item));
+        return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+    }
     QString render(const QString& input)
     {
         const bool isTask = input.endsWith(QLatin1String(".ics"));
         const QString id = QFileInfo(input).completeBaseName();
         QFile::copy(input, tmp.file((isTask ? QStringLiteral("tasks/") : QStringLiteral("contacts/")) + QFileInfo(input).fileName()));
         try {
+            const QString rendered = renderItem(id, isTask);
+            // What was read is written back by a save and reads the same.
             auto item = ns->GetItemFromID(id, QStringLiteral("store"));
-            const QStringList lines = isTask ? renderTask(ol::asTask(item)) : renderContact(*ol::asContact(item));
-            return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+            const QString touched = isTask ? QStringLiteral("Subject") : QStringLiteral("NickName");
+            item->set(touched, item->get(touched));
+            item->Save();
+            open();
+            EXPECT_EQ(renderItem(id, isTask).toStdString(), rendered.toStdString()) << "after a save";
+            return rendered;
         } catch (const Failure& f) {
             return QStringLiteral("Failure=%1 %2\n").arg(f.number()).arg(QString(f.description()).replace(tmp.path(), QStringLiteral("<vdir>")));
         }
