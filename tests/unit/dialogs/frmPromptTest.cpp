@@ -1,8 +1,6 @@
 // frmPrompt on the scripted host, for what the sessions in tests/scenarios cannot reach.
 #include "RecordingSink.h"
 #include "ScriptedHost.h"
-#include "TempDir.h"
-#include "backends/qsettings/IniSettings.h"
 #include "dialogs/frmPrompt.h"
 #include "session/SessionContext.h"
 #include "templates/EditedTemplate.h"
@@ -29,15 +27,11 @@ class PromptTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        process().ports = Ports();
-        process().ports.settings = std::make_shared<IniSettings>(dir.path());
-        process().ports.componentDirectory = dir.path();
         session() = SessionContext();
         modTasks::EditedTemplate().OptionsDialogDeclined = false;
     }
     void TearDown() override
     {
-        process().ports = Ports();
         session() = SessionContext();
         modTasks::EditedTemplate().OptionsDialogDeclined = false;
     }
@@ -80,7 +74,6 @@ protected:
             if (e.toObject().contains(QStringLiteral("msgbox"))) boxes.push_back(e.toObject().value(QStringLiteral("msgbox")).toObject());
         return boxes;
     }
-    test::TempDir dir;
     test::RecordingSink sink{[]() -> QString& { return session().ErrorTrail; }};
     std::unique_ptr<scripted::ScriptedHost> host;
     std::unique_ptr<frmPrompt> form;
