@@ -73,18 +73,6 @@ TEST_F(TaskForEdit, TheNoDateValueIsKeptAndNullDatesGiveTheZeroDate)
     EXPECT_TRUE(date(item, "DateCompleted").isZero()) << "a Null column 7 writes the zero date";
 }
 
-TEST_F(TaskForEdit, ARelativeTemplateMeasuresFromThePresentAndAZeroStartMeansNoStartDate)
-{
-    addRow({{col::Subject, "Follow-up"}, {col::DateType, Int16(1)}, {col::DueDateOffset, 510},
-            {col::StartDateOffset, 0}, {col::ReminderOffset, 0},
-            {col::DueDate, Date::fromParts(2019, 1, 1)}, {col::StartDate, Date::fromParts(2019, 1, 1)}});
-    auto item = edit();
-    ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].description.toStdString();
-    EXPECT_EQ(date(item, "DueDate"), Date::fromParts(2024, 3, 15));
-    EXPECT_TRUE(date(item, "StartDate").isNoDate()) << "the absolute column plays no part";
-    EXPECT_EQ(date(item, "ReminderTime"), moment) << "a reminder distance of 0 is the present moment";
-}
-
 TEST_F(TaskForEdit, AnAnchorTemplateIsRebuiltAroundTheAnchorJustChosen)
 {
     addRow({{col::Subject, "Close books"}, {col::DateType, Int16(2)}, {col::DueDateOffset, 1440},
