@@ -3,7 +3,6 @@
 // the 31 Dec 2029 guards where they stand, "[Empty]" fill-ins, the temporary task deleted, and
 // the unfinished edit after a failure.
 #include "TemplateFixture.h"
-#include "platform/SafeTaskItem.h"
 #include "templates/TemplateRow.h"
 #include <optional>
 
@@ -16,15 +15,10 @@ namespace {
 class SaveTemplate : public TemplateFixture {
 protected:
     // The task the user filled in on the form, saved once as the form does.
-    std::shared_ptr<ol::TaskItem> task(const std::map<QString, Value>& props, const QString& body = {})
+    std::shared_ptr<ol::TaskItem> task(const std::map<QString, Value>& props)
     {
         auto item = taskFolder()->Items().Add();
         for (const auto& [name, v] : props) item->set(name, v);
-        if (!body.isEmpty()) {
-            SafeTaskItem safe;
-            safe.setItem(item);
-            safe.setBody(body);
-        }
         item->Save();
         return item;
     }
