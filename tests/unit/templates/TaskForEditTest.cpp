@@ -94,25 +94,6 @@ TEST_F(TaskForEdit, AnAnchorTemplateIsRebuiltAroundTheAnchorJustChosen)
     EXPECT_NE(p->get("Occurrences"), Value(3)) << "the count is not restored for a relative or anchor template";
 }
 
-TEST_F(TaskForEdit, AFixedPatternWithAnEndRestoresEndAndCountYearlyKeepsItsMonthAndNoInterval)
-{
-    addRow(fixedRow({{col::IsRecurring, true}, {col::RecurrenceType, 6}, {col::Interval, 3},
-                     {col::Instance, 2}, {col::DayOfWeekMask, ol::olTuesday}, {col::MonthOfYear, 11},
-                     {col::NoEndDate, false}, {col::Occurrences, 5},
-                     {col::PatternEndDate, Date::fromParts(2020, 11, 10)},
-                     {col::PatternStartDate, Date::fromParts(2018, 11, 13)},
-                     {col::DueDate, Date::fromParts(2018, 11, 13)}}));
-    auto item = edit();
-    ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].description.toStdString();
-    auto p = item->GetRecurrencePattern();
-    EXPECT_EQ(p->get("RecurrenceType"), Value(6));
-    EXPECT_EQ(p->get("Instance"), Value(2));
-    EXPECT_EQ(p->get("MonthOfYear"), Value(11));
-    EXPECT_NE(p->get("Interval"), Value(3)) << "a yearly pattern gets no interval";
-    EXPECT_EQ(p->get("PatternStartDate").toDate(), Date::fromParts(2024, 11, 13));
-    EXPECT_EQ(date(item, "DueDate"), Date::fromParts(2024, 11, 13));
-}
-
 TEST_F(TaskForEdit, OptionsComeFromTheRowExceptTheAnchorDescriptionAndNullsKeepWhatWasThere)
 {
     auto& t = EditedTemplate();
