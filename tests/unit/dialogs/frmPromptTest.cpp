@@ -1,8 +1,11 @@
 // frmPrompt on the scripted host, for what the sessions in tests/scenarios cannot reach.
 #include "RecordingSink.h"
 #include "ScriptedHost.h"
+#include "TempDir.h"
+#include "backends/qsettings/IniSettings.h"
 #include "dialogs/frmPrompt.h"
 #include "session/SessionContext.h"
+#include "session/modInitialize.h"
 #include "templates/EditedTemplate.h"
 #include <QJsonDocument>
 #include <gtest/gtest.h>
@@ -27,11 +30,13 @@ class PromptTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
+        process().ports.settings = std::make_shared<IniSettings>(dir.path());
         session() = SessionContext();
         modTasks::EditedTemplate().OptionsDialogDeclined = false;
     }
     void TearDown() override
     {
+        process().ports = Ports();
         session() = SessionContext();
         modTasks::EditedTemplate().OptionsDialogDeclined = false;
     }
@@ -74,6 +79,7 @@ protected:
             if (e.toObject().contains(QStringLiteral("msgbox"))) boxes.push_back(e.toObject().value(QStringLiteral("msgbox")).toObject());
         return boxes;
     }
+    test::TempDir dir;
     test::RecordingSink sink{[]() -> QString& { return session().ErrorTrail; }};
     std::unique_ptr<scripted::ScriptedHost> host;
     std::unique_ptr<frmPrompt> form;
@@ -170,6 +176,24 @@ TEST_F(PromptTest, CancelResetsTheResultsAndOkNeverClearsTheCancelFlag)
     EXPECT_EQ(session().dPromptAnchorDate, kStart) << "the present moment when no calendar shows";
     EXPECT_TRUE(session().bPromptCancelled) << "each caller clears it itself";
     EXPECT_FALSE(form->isLoaded()) << "OK unloads the form";
+}
+
+// No session closes these two by the close box: the question counts it as No, the help page
+// as declining the options, and neither stores the help page's setting.
+TEST_F(PromptTest, TheCloseBoxOnTheQuestionIsNoAndOnTheHelpPageDeclinesTheOptions)
+{
+    for (const int mode : {6, 4}) {
+        SCOPED_TRACE(mode);
+        session().bPromptCancelled = false;
+        modTasks::EditedTemplate().OptionsDialogDeclined = false;
+        Call call;
+        call.mode = mode;
+        play(call, R"([{"form": "frmPrompt", "close": true}])");
+        EXPECT_EQ(bool(session().bPromptCancelled), mode == 6);
+        EXPECT_EQ(bool(modTasks::EditedTemplate().OptionsDialogDeclined), mode == 4);
+    }
+    auto key = settings().OpenKey(modInitialize::kRootPath, modInitialize::kKeyName);
+    EXPECT_EQ(settings().ReadNumber(*key, QStringLiteral("New Task Description"), -99), -99) << "nothing written";
 }
 
 } // namespace
