@@ -196,4 +196,39 @@ TEST_F(PromptTest, TheCloseBoxOnTheQuestionIsNoAndOnTheHelpPageDeclinesTheOption
     EXPECT_EQ(settings().ReadNumber(*key, QStringLiteral("New Task Description"), -99), -99) << "nothing written";
 }
 
+// The help page and the question page, whose labels no session's snapshot looks at, and the
+// new-group mode, which reads neither flag and leaves the results alone on Cancel.
+TEST_F(PromptTest, TheHelpAndQuestionPagesAndTheNewGroupModeIgnoringTheFlags)
+{
+    Call call;
+    call.mode = 4;
+    play(call, kSnapshotThenCancel);
+    EXPECT_EQ(control("hdrText").value("caption").toString(),
+              QStringLiteral("IMPORTANT NOTE:  Editing the properties of your new task template."));
+    for (int i = 0; i < 4; ++i) EXPECT_TRUE(control(QStringLiteral("Label1(%1)").arg(i)).value("visible").toBool()) << i;
+    EXPECT_TRUE(control("Label1(2)").value("caption").toString().startsWith(QStringLiteral("Steplets will use whatever")));
+    EXPECT_EQ(control("Check1").value("caption").toString(), QStringLiteral(" Don't show again."));
+    EXPECT_FALSE(control("Frame1(0)").value("visible").toBool());
+    EXPECT_FALSE(control("Frame1(1)").value("visible").toBool());
+
+    call.mode = 6;
+    play(call, kSnapshotThenCancel);
+    for (int i = 0; i < 4; ++i) EXPECT_TRUE(control(QStringLiteral("Label2(%1)").arg(i)).value("visible").toBool()) << i;
+    EXPECT_EQ(control("Label2(1)").value("caption").toString(), QStringLiteral("Anchor Dates:"));
+    EXPECT_FALSE(control("Label1(0)").value("visible").toBool());
+    EXPECT_FALSE(control("Frame1(1)").value("visible").toBool());
+    EXPECT_FALSE(control("Check1").value("visible").toBool());
+
+    session().sPromptResult = QStringLiteral("old");
+    session().dPromptAnchorDate = Date::fromParts(2020, 1, 1);
+    call.mode = 3;
+    call.anchorDate = true;
+    call.userPrompt = true;
+    play(call, kSnapshotThenCancel);
+    EXPECT_FALSE(control("Frame1(0)").value("visible").toBool()) << "the date flag is not read";
+    EXPECT_TRUE(control("txtUserInput").value("visible").toBool());
+    EXPECT_EQ(session().sPromptResult, QStringLiteral("old"));
+    EXPECT_EQ(session().dPromptAnchorDate, Date::fromParts(2020, 1, 1));
+}
+
 } // namespace
