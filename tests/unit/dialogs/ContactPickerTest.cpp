@@ -60,6 +60,10 @@ TEST_F(Picker, NineAndBelowTakeTheOlderAndTenOnTheNewer)
 {
     for (int version : {0, 8, 9}) EXPECT_EQ(show(version, kCancel).version(), ContactPicker::Version::Older) << version;
     for (int version : {10, 11, 12}) EXPECT_EQ(show(version, kCancel).version(), ContactPicker::Version::Newer) << version;
+    // A row without an EntryID has no card to read, and is offered by its name all the same.
+    ASSERT_EQ(recording->last.rows.size(), 4u);
+    EXPECT_EQ(recording->last.rows.back().name, QStringLiteral("No Card"));
+    EXPECT_FALSE(recording->last.rows.back().hasCard);
 }
 
 TEST_F(Picker, NoChoiceGivesZeroAndNothingElse)

@@ -63,6 +63,7 @@ TEST_F(OpenStepletsTest, ShowsTheWindowAfterTheSettingsEvenWhenTheDatabasesFail)
     EXPECT_TRUE(sink.failures[0].location.contains("X:modInitialize: OpenDB:Line"));
     hostWith("B-", 0).callOn(component);
     EXPECT_EQ(log.shown, 2);
+    EXPECT_EQ(log.seen.sUserName, "B-un") << "a second call replaces what the first left";
     EXPECT_GE(log.seen.ErrorTrail.count("X:modInitialize: GetRegSettings"), 2)
         << "the trail carries over from one session to the next";
 }
