@@ -59,7 +59,10 @@ TEST_P(RecordsetContract, ColumnsStandAtTheirPositionsAndUnknownOnesAre3265)
                                        {45, "DateType"}, {49, "FillIn4"}, {54, "PromptForAssignee"},
                                        {55, "AnchorDescription"}, {56, "Tag"}};
     for (const auto& [pos, name] : names) EXPECT_EQ(rs->fieldName(pos), name) << pos;
-    EXPECT_EQ(open(QStringLiteral("SELECT * FROM tblTaskGroups"), local)->fieldName(3), QStringLiteral("CommonUserResponse"));
+    auto groups = open(QStringLiteral("SELECT * FROM tblTaskGroups"), local);
+    EXPECT_EQ(groups->fieldName(1), QStringLiteral("GroupName"));
+    EXPECT_EQ(groups->fieldName(3), QStringLiteral("CommonUserResponse"));
+    EXPECT_EQ(open(QStringLiteral("SELECT * FROM tblContacts"), link)->fieldName(1), QStringLiteral("ContactEntryID"));
     EXPECT_EQ(rs->fieldIndex(QStringLiteral("subject")), 36) << "names are found whatever their case";
     EXPECT_EQ(failureOf([&] { rs->Fields(QStringLiteral("NoSuchColumn")); }), 3265);
     EXPECT_EQ(failureOf([&] { rs->Fields(57); }), 3265);
@@ -134,6 +137,9 @@ TEST_P(RecordsetContract, ValuesAreConvertedToTheColumnsTypeOrRefused)
     for (const Write& w : writes) EXPECT_EQ(fresh->Fields(w.pos).value(), w.read) << "position " << w.pos;
     EXPECT_EQ(fresh->Fields(6).value().toLong(), -1);
     EXPECT_EQ(fresh->Fields(54).value().toText(), QStringLiteral("True"));
+    fresh->Fields(54).setValue(Value("False"));
+    fresh->Update();
+    EXPECT_EQ(fresh->Fields(54).value().toText(), QStringLiteral("False"));
 
     const std::tuple<int, Value, long> refused[] = {
         {54, Value("maybe"), 13}, {40, Value(3.0e9), 6}, {40, Value("soon"), 13}, {56, Value(40000), 6}, {0, Value(9), 3001},
