@@ -43,11 +43,12 @@ TEST_F(ContactItems, EveryWritablePropertyRoundTripsThroughTheFile)
         EXPECT_EQ(back->get(it.key()), it.value()) << it.key().toStdString() << " read " << back->get(it.key()).debugText().toStdString();
 }
 
-TEST_F(ContactItems, ComputedNamesAreReadOnlyButAStoredFileAsWins)
+TEST_F(ContactItems, ComputedNamesAreReadOnlyUnknownOnesAreFailuresAndAStoredFileAsWins)
 {
     vdir::writeDemoContacts(tmp.file(QStringLiteral("contacts")));
     auto c = contactIn(*ns, QStringLiteral("c-ada"));
     EXPECT_TRUE(failureOf([&] { c->set(QStringLiteral("LastFirstNoSpace"), Value("x")); }).description().contains(QStringLiteral("read-only")));
+    EXPECT_EQ(failureOf([&] { c->get(QStringLiteral("Shoe Size")); }).number(), vdir::fail::NoSuchProperty);
     c->set(QStringLiteral("FileAs"), Value("Accounts: Byrne"));
     c->Save();
     open();
