@@ -114,5 +114,8 @@ TEST(FillinCode, EveryRowOfTheListComesBackAsItsOwnCode)
     session().sSubActivityTerm = "Phase";
     session().sJobOrderTerm = "Matter";
     for (const FillinEntry& e : FillinCatalogue()) EXPECT_EQ(FillinCode(e.text), e.code) << e.text.toStdString();
+    // A contact row's code names the property to read; past the last row there is none.
+    EXPECT_EQ(ContactPropertyName(15), "Business2TelephoneNumber");
+    EXPECT_THROW(ContactPropertyName(98), Failure);
     session() = SessionContext();
 }
