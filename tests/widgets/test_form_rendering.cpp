@@ -72,9 +72,12 @@ TEST_F(FormRenderingTest, TemplateOptionsShowThePageOfEachTabAndTheButtonsOfTheM
             QWidget* cancel = v->widgetOf(dialog.CancelButton);
             EXPECT_EQ(ok->isVisible(), edit);
             // Edit: the button stands at the left edge, OK beside Cancel; new: it takes OK's place.
-            if (edit) EXPECT_LT(create->geometry().right(), ok->geometry().left());
-            if (edit) EXPECT_LT(create->x(), v->width() / 4);
-            else EXPECT_LT(cancel->geometry().left() - create->geometry().right(), 20);
+            if (edit) {
+                EXPECT_LT(create->geometry().right(), ok->geometry().left());
+                EXPECT_LT(create->x(), v->width() / 4);
+            } else {
+                EXPECT_LT(cancel->geometry().left() - create->geometry().right(), 20);
+            }
             EXPECT_LT(create->geometry().right(), cancel->geometry().left());
             QTabBar* bar = static_cast<qt::TabStripWidget*>(v->widgetOf(dialog.TabStrip1))->tabBar();
             for (int tab = 3; tab >= 1; --tab) {

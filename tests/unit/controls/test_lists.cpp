@@ -110,13 +110,3 @@ TEST_F(Lists, PlainListSelectionFollowsTheCurrentRow) {
     EXPECT_TRUE(plain.Selected(0));
     EXPECT_EQ(clicks.n, 2);
 }
-
-TEST_F(Lists, ContactComboKeepsRowsWithTheirNumbers) {
-    w.qrvContacts.AddItem(QString(), 9999999);
-    w.qrvContacts.AddItem(QStringLiteral("Byrne, Ada"), 4);
-    EXPECT_EQ(w.qrvContacts.ListCount(), 2);
-    EXPECT_EQ(w.qrvContacts.ItemData(0), 9999999);
-    EXPECT_EQ(w.qrvContacts.List(1), QStringLiteral("Byrne, Ada"));
-    w.qrvContacts.Clear();
-    EXPECT_EQ(w.qrvContacts.ListCount(), 0);
-}

@@ -130,15 +130,6 @@ TEST_F(FillinEditorTest, APromptOutlivesAChangeOfItsFieldsFillinAndTheBoxKeepsIt
     EXPECT_EQ(g.txtUserPrompt.Text(), long45) << "code is not limited";
 }
 
-TEST_F(FillinEditorTest, ChoosingAnotherFieldOrFillinKeepsThePreviewInStep)
-{
-    frmNewTask& f = play({QStringLiteral("Company Name (Outlook Contact Property)"), QStringLiteral("Subject field from template"), kEmpty, kEmpty},
-                         kFillinsTab + field(3) + fillin(QStringLiteral("Current Date")));
-    EXPECT_EQ(f.Text1.Text(), QStringLiteral("Brackenfell Software Corporation: [Task Template Subject]: Monday, 3/16/2026"));
-    EXPECT_FALSE(f.txtUserPrompt.Enabled());
-    EXPECT_TRUE(f.Text1.Locked());
-}
-
 // Nothing of the component is shown over the options dialog, so only code can make it active
 // again: the stored view comes back, and Apply stays enabled.
 TEST_F(FillinEditorTest, TheOptionsDialogActiveAgainSelectsTheStoredViewAndKeepsApplyEnabled)

@@ -1,5 +1,4 @@
-// frmPrompt on the scripted host: each mode's caption, header and layout, the OK and Cancel
-// rules, the two messages, the help page's setting and the question's answers.
+// frmPrompt on the scripted host, for what the sessions in tests/scenarios cannot reach.
 #include "RecordingSink.h"
 #include "ScriptedHost.h"
 #include "TempDir.h"
@@ -81,12 +80,6 @@ protected:
             if (e.toObject().contains(QStringLiteral("msgbox"))) boxes.push_back(e.toObject().value(QStringLiteral("msgbox")).toObject());
         return boxes;
     }
-    long storedHelpSetting()
-    {
-        auto key = session().settings().OpenKey(modInitialize::kRootPath, modInitialize::kKeyName);
-        return session().settings().ReadNumber(*key, QStringLiteral("New Task Description"), -99);
-    }
-
     test::TempDir dir;
     test::RecordingSink sink{[]() -> QString& { return session().ErrorTrail; }};
     std::unique_ptr<scripted::ScriptedHost> host;
@@ -96,30 +89,8 @@ protected:
 const char* const kSnapshotThenCancel = R"([{"form": "frmPrompt", "snapshot": true},
                                             {"form": "frmPrompt", "click": "CancelButton"}])";
 
-// --- Captions and headers of every mode ---------------------------------------------------
-
-TEST_F(PromptTest, EachModeHasItsCaptionAndHeader)
-{
-    struct Expected { qint32 mode; const char* caption; const char* header; };
-    const Expected modes[] = {
-        {1, " Steplets: Task Template Options", "Please set the following options for your template named 'Invoice run'."},
-        {2, " Steplets: Template Group Options", "Please set the following options for your template group named 'Invoice run'."},
-        {3, " Steplets: New Template Group", "Please enter the name of your new task template group, then click on OK."},
-        {4, " Steplets: New Task Template Help", "IMPORTANT NOTE:  Editing the properties of your new task template."},
-        {5, " Steplets", "Invoice run"},
-        {6, " Steplets Processing", "Would you like to use common input for all of the selected tasks?"},
-    };
-    for (const auto& m : modes) {
-        SCOPED_TRACE(m.mode);
-        Call call;
-        call.mode = m.mode;
-        play(call, kSnapshotThenCancel);
-        EXPECT_EQ(snapshot().value("caption").toString(), QString::fromUtf8(m.caption));
-        EXPECT_EQ(control("hdrText").value("caption").toString(), QString::fromUtf8(m.header));
-        EXPECT_EQ(sink.failures.size(), 0u);
-    }
-}
-
+// What no session can reach: a mode the callers never pass, the frames and heights of each
+// layout, OK on a date frame left empty, and the cancel flag's rules.
 TEST_F(PromptTest, AnUnknownModeKeepsTheDesignCaptionAndAnEmptyHeaderWithTheInputLayout)
 {
     Call call;
@@ -131,66 +102,33 @@ TEST_F(PromptTest, AnUnknownModeKeepsTheDesignCaptionAndAnEmptyHeaderWithTheInpu
     EXPECT_EQ(control("Frame1(1)").value("caption").toString(), QStringLiteral("Your prompt"));
 }
 
-// --- The input layouts ----------------------------------------------------------------------
-
-TEST_F(PromptTest, WithoutAnAnchorDateOnlyTheTextFrameShowsWhateverTheTextFlagSays)
+TEST_F(PromptTest, EachLayoutShowsItsFramesAtItsHeight)
 {
-    for (const bool textFlag : {false, true}) {
-        SCOPED_TRACE(textFlag);
+    struct Layout { bool anchorDate, userPrompt, dateFrame, textFrame; int height; };
+    const Layout layouts[] = {
+        {false, false, false, true, 3135}, {false, true, false, true, 3135},
+        {true, true, true, true, 4110}, {true, false, true, false, 3135},
+    };
+    for (const Layout& l : layouts) {
+        SCOPED_TRACE(testing::Message() << l.anchorDate << l.userPrompt);
         Call call;
-        call.userPrompt = textFlag;
+        call.anchorDate = l.anchorDate;
+        call.userPrompt = l.userPrompt;
         frmPrompt& f = play(call, kSnapshotThenCancel);
-        EXPECT_TRUE(control("Frame1(1)").value("visible").toBool());
-        EXPECT_EQ(control("Frame1(1)").value("caption").toString(), QStringLiteral("Your prompt"));
-        EXPECT_TRUE(control("txtUserInput").value("visible").toBool());
-        EXPECT_FALSE(control("Frame1(0)").value("visible").toBool());
-        EXPECT_FALSE(control("ActiveCalendar1").value("visible").toBool());
-        EXPECT_EQ(f.Frame1[1].Top(), 1035);
-        EXPECT_EQ(f.Height(), 3135);
+        EXPECT_EQ(control("Frame1(0)").value("visible").toBool(), l.dateFrame);
+        EXPECT_EQ(control("ActiveCalendar1").value("visible").toBool(), l.dateFrame);
+        EXPECT_EQ(control("Frame1(1)").value("visible").toBool(), l.textFrame);
+        EXPECT_EQ(control("txtUserInput").value("visible").toBool(), l.textFrame);
+        EXPECT_EQ(f.Height(), l.height);
         EXPECT_EQ(f.OKButton.Top(), f.CancelButton.Top());
-        EXPECT_GT(f.OKButton.Top(), f.Frame1[1].Top()) << "the buttons stand below the frame";
+        EXPECT_GT(f.OKButton.Top(), f.Frame1[l.textFrame ? 1 : 0].Top()) << "the buttons stand below the frames";
+        if (l.dateFrame && l.textFrame) {
+            EXPECT_LT(f.Frame1[0].Top(), f.Frame1[1].Top());
+        }
+        if (!l.dateFrame) {
+            EXPECT_EQ(f.Frame1[1].Top(), 1035);
+        }
     }
-}
-
-TEST_F(PromptTest, AnAnchorDateWithTextShowsBothFramesTheDateAboveAndTheDescriptionWithAColon)
-{
-    Call call;
-    call.anchorDate = true;
-    call.userPrompt = true;
-    call.anchorDesc = QStringLiteral("Closing date");
-    frmPrompt& f = play(call, kSnapshotThenCancel);
-    EXPECT_TRUE(control("Frame1(0)").value("visible").toBool());
-    EXPECT_TRUE(control("Frame1(1)").value("visible").toBool());
-    EXPECT_TRUE(control("ActiveCalendar1").value("visible").toBool());
-    EXPECT_EQ(control("lblAnchorDate").value("caption").toString(), QStringLiteral("Closing date:"));
-    EXPECT_LT(f.Frame1[0].Top(), f.Frame1[1].Top());
-    EXPECT_GT(f.OKButton.Top(), f.Frame1[1].Top());
-    EXPECT_EQ(f.Height(), 4110);
-}
-
-TEST_F(PromptTest, AnAnchorDateAloneShowsTheDateFrameWithTheDesignLabel)
-{
-    Call call;
-    call.anchorDate = true;
-    frmPrompt& f = play(call, kSnapshotThenCancel);
-    EXPECT_TRUE(control("Frame1(0)").value("visible").toBool());
-    EXPECT_FALSE(control("Frame1(1)").value("visible").toBool());
-    EXPECT_FALSE(control("txtUserInput").value("visible").toBool());
-    EXPECT_EQ(control("lblAnchorDate").value("caption").toString(), QStringLiteral("Please select anchor date:  "));
-    EXPECT_EQ(f.Height(), 3135);
-}
-
-TEST_F(PromptTest, OkTakesTheTextAndThePresentMomentWhenNoCalendarShows)
-{
-    Call call;
-    call.mode = 5;
-    call.userPrompt = true;
-    play(call, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "Main St 4"},
-                   {"form": "frmPrompt", "click": "OKButton"}])");
-    EXPECT_EQ(session().sPromptResult, QStringLiteral("Main St 4"));
-    EXPECT_EQ(session().dPromptAnchorDate, kStart);
-    EXPECT_FALSE(session().bPromptCancelled);
-    EXPECT_FALSE(form->isLoaded()) << "OK unloads the form";
 }
 
 TEST_F(PromptTest, OkWithoutADateSaysSoKeepsTheFormOpenAndHasTakenTheTextAlready)
@@ -207,177 +145,91 @@ TEST_F(PromptTest, OkWithoutADateSaysSoKeepsTheFormOpenAndHasTakenTheTextAlready
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_EQ(boxes[0].value("icon").toString(), QStringLiteral("exclamation"));
     EXPECT_TRUE(boxes[0].value("systemModal").toBool());
-    EXPECT_EQ(boxes[0].value("buttons").toString(), QStringLiteral("OK"));
     EXPECT_EQ(session().sPromptResult, QStringLiteral("first"));
     EXPECT_EQ(session().dPromptAnchorDate, Date::fromParts(2026, 4, 2));
-}
 
-TEST_F(PromptTest, TheTextIsTakenBeforeTheMissingDateIsNoticed)
-{
-    Call call;
-    call.anchorDate = true;
-    call.userPrompt = true;
+    // Closed after the message: the text stays taken and the close box counts as Cancel.
     play(call, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "kept"},
                    {"form": "frmPrompt", "click": "OKButton"},
                    {"msgbox": "OK"},
                    {"form": "frmPrompt", "close": true}])");
     EXPECT_EQ(session().sPromptResult, QStringLiteral("kept"));
-    EXPECT_TRUE(session().bPromptCancelled) << "the close box counts as Cancel";
+    EXPECT_TRUE(session().bPromptCancelled);
 }
 
-TEST_F(PromptTest, CancelInAnInputModeLeavesTheResultsReset)
+TEST_F(PromptTest, CancelResetsTheResultsAndOkNeverClearsTheCancelFlag)
 {
     session().sPromptResult = QStringLiteral("from before");
     session().dPromptAnchorDate = Date::fromParts(2020, 1, 1);
-    Call call;
-    call.mode = 1;
-    play(call, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "typed"},
-                   {"form": "frmPrompt", "click": "CancelButton"}])");
+    play(Call(), R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "typed"},
+                     {"form": "frmPrompt", "click": "CancelButton"}])");
     EXPECT_TRUE(session().bPromptCancelled);
     EXPECT_EQ(session().sPromptResult, QString());
     EXPECT_EQ(session().dPromptAnchorDate, Date());
     EXPECT_FALSE(modTasks::EditedTemplate().OptionsDialogDeclined);
-}
 
-TEST_F(PromptTest, TheCancelFlagIsSetHereButNeverCleared)
-{
-    session().bPromptCancelled = true;
     Call call;
     call.mode = 5;
-    play(call, R"([{"form": "frmPrompt", "click": "OKButton"}])");
-    EXPECT_TRUE(session().bPromptCancelled) << "each caller clears it itself";
-}
-
-// --- Mode 3: the name of a new group ------------------------------------------------------
-
-TEST_F(PromptTest, NewGroupShowsTheTextFrameAndAnEmptyNamePassesWithoutAMessage)
-{
-    session().sPromptResult = QStringLiteral("old");
-    Call call;
-    call.mode = 3;
-    call.userPrompt_ = QStringLiteral("Name of New Group");
-    call.itemDesc = QStringLiteral("New Group");
-    play(call, R"([{"form": "frmPrompt", "snapshot": true}, {"form": "frmPrompt", "click": "OKButton"}])");
-    EXPECT_EQ(control("Frame1(1)").value("caption").toString(), QStringLiteral("Name of New Group"));
-    EXPECT_TRUE(control("txtUserInput").value("visible").toBool());
-    EXPECT_FALSE(control("Frame1(0)").value("visible").toBool());
-    EXPECT_TRUE(messageBoxes().empty()) << "the group name check stays dormant";
-    EXPECT_EQ(session().sPromptResult, QString());
-    EXPECT_FALSE(session().bPromptCancelled);
-}
-
-TEST_F(PromptTest, NewGroupReadsNoFlagsAndLeavesTheResultsAsTheyWereOnCancel)
-{
-    session().sPromptResult = QStringLiteral("old");
-    session().dPromptAnchorDate = Date::fromParts(2020, 1, 1);
-    Call call;
-    call.mode = 3;
-    call.anchorDate = true;
     call.userPrompt = true;
-    play(call, R"([{"form": "frmPrompt", "snapshot": true}, {"form": "frmPrompt", "click": "CancelButton"}])");
-    EXPECT_FALSE(control("Frame1(0)").value("visible").toBool()) << "the date flag is not read";
-    EXPECT_TRUE(session().bPromptCancelled);
-    EXPECT_EQ(session().sPromptResult, QStringLiteral("old"));
-    EXPECT_EQ(session().dPromptAnchorDate, Date::fromParts(2020, 1, 1));
-}
-
-TEST_F(PromptTest, NewGroupOkTakesTheTypedName)
-{
-    Call call;
-    call.mode = 3;
-    play(call, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "Month-end close"},
+    play(call, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "Main St 4"},
                    {"form": "frmPrompt", "click": "OKButton"}])");
-    EXPECT_EQ(session().sPromptResult, QStringLiteral("Month-end close"));
-    EXPECT_EQ(session().dPromptAnchorDate, kStart);
+    EXPECT_EQ(session().sPromptResult, QStringLiteral("Main St 4"));
+    EXPECT_EQ(session().dPromptAnchorDate, kStart) << "the present moment when no calendar shows";
+    EXPECT_TRUE(session().bPromptCancelled) << "each caller clears it itself";
+    EXPECT_FALSE(form->isLoaded()) << "OK unloads the form";
 }
 
-// --- Mode 4: the help page ----------------------------------------------------------------
-
-TEST_F(PromptTest, HelpShowsItsPageAndTheTickOfDontShowAgainIsStoredAsZero)
+// No session closes these two by the close box: the question counts it as No, the help page
+// as declining the options, and neither stores the help page's setting.
+TEST_F(PromptTest, TheCloseBoxOnTheQuestionIsNoAndOnTheHelpPageDeclinesTheOptions)
 {
-    session().bNewTaskDescription = Bool16(true);
+    for (const int mode : {6, 4}) {
+        SCOPED_TRACE(mode);
+        session().bPromptCancelled = false;
+        modTasks::EditedTemplate().OptionsDialogDeclined = false;
+        Call call;
+        call.mode = mode;
+        play(call, R"([{"form": "frmPrompt", "close": true}])");
+        EXPECT_EQ(bool(session().bPromptCancelled), mode == 6);
+        EXPECT_EQ(bool(modTasks::EditedTemplate().OptionsDialogDeclined), mode == 4);
+    }
+    auto key = session().settings().OpenKey(modInitialize::kRootPath, modInitialize::kKeyName);
+    EXPECT_EQ(session().settings().ReadNumber(*key, QStringLiteral("New Task Description"), -99), -99) << "nothing written";
+}
+
+// The help page and the question page, whose labels no session's snapshot looks at, and the
+// new-group mode, which reads neither flag and leaves the results alone on Cancel.
+TEST_F(PromptTest, TheHelpAndQuestionPagesAndTheNewGroupModeIgnoringTheFlags)
+{
     Call call;
     call.mode = 4;
-    play(call, R"([{"form": "frmPrompt", "snapshot": true},
-                   {"form": "frmPrompt", "click": "Check1"},
-                   {"form": "frmPrompt", "click": "OKButton"}])");
-    for (int i = 0; i < 4; ++i)
-        EXPECT_TRUE(control(QStringLiteral("Label1(%1)").arg(i)).value("visible").toBool()) << i;
+    play(call, kSnapshotThenCancel);
+    EXPECT_EQ(control("hdrText").value("caption").toString(),
+              QStringLiteral("IMPORTANT NOTE:  Editing the properties of your new task template."));
+    for (int i = 0; i < 4; ++i) EXPECT_TRUE(control(QStringLiteral("Label1(%1)").arg(i)).value("visible").toBool()) << i;
     EXPECT_TRUE(control("Label1(2)").value("caption").toString().startsWith(QStringLiteral("Steplets will use whatever")));
     EXPECT_EQ(control("Check1").value("caption").toString(), QStringLiteral(" Don't show again."));
     EXPECT_FALSE(control("Frame1(0)").value("visible").toBool());
     EXPECT_FALSE(control("Frame1(1)").value("visible").toBool());
-    EXPECT_EQ(storedHelpSetting(), 0);
-    EXPECT_TRUE(bool(session().bNewTaskDescription)) << "only the stored setting changes";
-    EXPECT_EQ(session().sPromptResult, QString());
-    EXPECT_EQ(session().dPromptAnchorDate, kStart);
-}
 
-TEST_F(PromptTest, HelpLeftUntickedStoresOne)
-{
-    Call call;
-    call.mode = 4;
-    play(call, R"([{"form": "frmPrompt", "click": "OKButton"}])");
-    EXPECT_EQ(storedHelpSetting(), 1);
-}
-
-TEST_F(PromptTest, HelpCancelledOrClosedDeclinesTheOptionsWritesNothingAndLeavesTheCancelFlag)
-{
-    for (const char* steps : {R"([{"form": "frmPrompt", "click": "Check1"}, {"form": "frmPrompt", "click": "CancelButton"}])",
-                              R"([{"form": "frmPrompt", "close": true}])"}) {
-        SCOPED_TRACE(steps);
-        modTasks::EditedTemplate().OptionsDialogDeclined = false;
-        Call call;
-        call.mode = 4;
-        play(call, steps);
-        EXPECT_TRUE(bool(modTasks::EditedTemplate().OptionsDialogDeclined));
-        EXPECT_FALSE(session().bPromptCancelled);
-        EXPECT_EQ(storedHelpSetting(), -99) << "nothing written";
-    }
-}
-
-// --- Mode 6: the question -----------------------------------------------------------------
-
-TEST_F(PromptTest, QuestionShowsItsPageWithTheTwoCountsAndYesNoButtons)
-{
-    Call call;
     call.mode = 6;
-    call.userPrompt_ = QStringLiteral("2");
-    call.itemDesc = QStringLiteral("3");
     play(call, kSnapshotThenCancel);
-    EXPECT_EQ(control("OKButton").value("caption").toString(), QStringLiteral("&Yes"));
-    EXPECT_EQ(control("CancelButton").value("caption").toString(), QStringLiteral("&No"));
-    EXPECT_EQ(control("Label3(0)").value("caption").toString(), QStringLiteral("2"));
-    EXPECT_EQ(control("Label3(1)").value("caption").toString(), QStringLiteral("3"));
+    for (int i = 0; i < 4; ++i) EXPECT_TRUE(control(QStringLiteral("Label2(%1)").arg(i)).value("visible").toBool()) << i;
     EXPECT_EQ(control("Label2(1)").value("caption").toString(), QStringLiteral("Anchor Dates:"));
-    for (int i = 0; i < 4; ++i)
-        EXPECT_TRUE(control(QStringLiteral("Label2(%1)").arg(i)).value("visible").toBool()) << i;
     EXPECT_FALSE(control("Label1(0)").value("visible").toBool());
     EXPECT_FALSE(control("Frame1(1)").value("visible").toBool());
     EXPECT_FALSE(control("Check1").value("visible").toBool());
-}
 
-TEST_F(PromptTest, QuestionYesLeavesTheFlagClearAndNoOrTheCloseBoxSetsIt)
-{
-    struct Answer { const char* steps; bool cancelled; };
-    const Answer answers[] = {
-        {R"([{"form": "frmPrompt", "click": "OKButton"}])", false},
-        {R"([{"form": "frmPrompt", "click": "CancelButton"}])", true},
-        {R"([{"form": "frmPrompt", "close": true}])", true},
-    };
-    for (const auto& a : answers) {
-        SCOPED_TRACE(a.steps);
-        session().bPromptCancelled = false;
-        session().sPromptResult = QStringLiteral("old");
-        Call call;
-        call.mode = 6;
-        play(call, a.steps);
-        EXPECT_EQ(bool(session().bPromptCancelled), a.cancelled);
-        EXPECT_EQ(session().sPromptResult, a.cancelled ? QStringLiteral("old") : QString())
-            << "No keeps the results; Yes takes the empty text of a hidden frame";
-        EXPECT_FALSE(modTasks::EditedTemplate().OptionsDialogDeclined);
-    }
-    EXPECT_EQ(sink.failures.size(), 0u);
+    session().sPromptResult = QStringLiteral("old");
+    session().dPromptAnchorDate = Date::fromParts(2020, 1, 1);
+    call.mode = 3;
+    call.anchorDate = true;
+    call.userPrompt = true;
+    play(call, kSnapshotThenCancel);
+    EXPECT_FALSE(control("Frame1(0)").value("visible").toBool()) << "the date flag is not read";
+    EXPECT_TRUE(control("txtUserInput").value("visible").toBool());
+    EXPECT_EQ(session().sPromptResult, QStringLiteral("old"));
+    EXPECT_EQ(session().dPromptAnchorDate, Date::fromParts(2020, 1, 1));
 }
 
 } // namespace

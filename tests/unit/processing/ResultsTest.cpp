@@ -219,7 +219,7 @@ TEST_F(ProcessedResults, AValueTheItemRefusesStopsTheRunAtThatRow)
     play(R"([{"wait": 60}, {"form": "frmProcessTasks", "click": "cmdOK"}])");
 
     ASSERT_EQ(sink.failures.size(), 1u);
-    EXPECT_TRUE(sink.failures[0].location.endsWith("X:frmProcessTasks: CreateTaskFromTemplate5:Line 420"))
+    EXPECT_TRUE(sink.failures[0].location.contains("X:frmProcessTasks: CreateTaskFromTemplate5:Line "))
         << sink.failures[0].location.toStdString();
     // The first task and its row; nothing of the second, not even a temporary file; no third.
     ASSERT_EQ(taskFiles().size(), 1);

@@ -50,69 +50,34 @@ protected:
 
 } // namespace
 
-TEST_F(FillinList, WithoutTermsHoldsNinetySevenRowsInTheirOrder)
+// The host's terms each add a row with its code, in the list's order, after what the box held.
+TEST_F(FillinList, OnlyTheTermsGivenGetARowAfterWhatTheBoxHeld)
 {
-    setTerms({}, {}, {}, {});
-    LoadFillins(w.cboFillin);
-    ASSERT_EQ(w.cboFillin.ListCount(), 97);
-    EXPECT_EQ(texts().mid(0, 11), (QStringList{"[Empty]", "User Name (from current TimeCard)",
-                                              "Description (from current TimeCard)", "Entry Type (from current TimeCard)",
-                                              "Category (from current TimeCard)", "Current Date", "Current Time",
-                                              "Account (Outlook Contact Property)",
-                                              "Assistant Name (Outlook Contact Property)",
-                                              "Assistant Telephone Number (Outlook Contact Property)",
-                                              "Billing Information (Outlook Contact Property)"}));
-    EXPECT_EQ(texts().mid(93), (QStringList{"User4 (Outlook Contact Property)", "User Properties (Outlook Contact Property)",
-                                           "Prompt for user input", "Subject field from template"}));
-    EXPECT_EQ(codes().mid(0, 8), (QList<int>{0, 1, 5, 6, 7, 8, 9, 10}));
-    EXPECT_EQ(codes().mid(94), (QList<int>{97, 98, 99}));
+    struct Case { QStringList terms; QStringList rows; QList<int> codes; };
+    const Case cases[] = {
+        {{{}, {}, {}, {}}, {}, {}},
+        {{{}, "Project", {}, "Matter"}, {"Project", "Matter"}, {3, 102}},
+        {{"Client", "Project", "Phase", "Matter"}, {"Client", "Project", "Phase", "Matter"}, {2, 3, 4, 102}},
+    };
+    for (const Case& c : cases) {
+        setTerms(c.terms[0], c.terms[1], c.terms[2], c.terms[3]);
+        w.cboFillin.Clear();
+        w.cboFillin.AddItem(QStringLiteral("Already there"));
+        LoadFillins(w.cboFillin);
+        const int n = int(c.rows.size());
+        ASSERT_EQ(w.cboFillin.ListCount(), 98 + n) << c.terms.join(',').toStdString();
+        QStringList rows;
+        for (const QString& r : c.rows) rows << r + QStringLiteral(" (from current TimeCard)");
+        EXPECT_EQ(texts().mid(3, n), rows);
+        EXPECT_EQ(codes().mid(3, n), c.codes);
+        EXPECT_EQ(texts().mid(1, 2), (QStringList{"[Empty]", "User Name (from current TimeCard)"}));
+        EXPECT_EQ(texts().at(3 + n), QStringLiteral("Description (from current TimeCard)"));
+        // Contact rows count up from 10 to 97 without a gap.
+        for (int i = 0; i < 88; ++i) EXPECT_EQ(codes().at(8 + n + i), 10 + i);
+        EXPECT_EQ(codes().mid(96 + n), (QList<int>{98, 99}));
+    }
     EXPECT_TRUE(sink.failures.empty());
     EXPECT_TRUE(session().ErrorTrail.endsWith("\r\nX:Steplets: LoadFillins"));
-}
-
-TEST_F(FillinList, WithAllTermsHoldsOneHundredAndOneRowsAndTheJobOrderRowStandsBeforeDescription)
-{
-    setTerms("Client", "Project", "Phase", "Matter");
-    LoadFillins(w.cboFillin);
-    ASSERT_EQ(w.cboFillin.ListCount(), 101);
-    EXPECT_EQ(texts().mid(1, 6), (QStringList{"User Name (from current TimeCard)", "Client (from current TimeCard)",
-                                             "Project (from current TimeCard)", "Phase (from current TimeCard)",
-                                             "Matter (from current TimeCard)", "Description (from current TimeCard)"}));
-    EXPECT_EQ(codes().mid(1, 6), (QList<int>{1, 2, 3, 4, 102, 5}));
-    // Contact rows count up from 10 to 97 without a gap; 100 and 101 belong to no row.
-    for (int i = 0; i < 88; ++i) EXPECT_EQ(codes().at(11 + i), 10 + i);
-    EXPECT_FALSE(codes().contains(100));
-    EXPECT_FALSE(codes().contains(101));
-}
-
-TEST_F(FillinList, OnlyTheTermsGivenGetARow)
-{
-    setTerms({}, "Project", {}, "Matter");
-    LoadFillins(w.cboFillin);
-    EXPECT_EQ(w.cboFillin.ListCount(), 99);
-    EXPECT_EQ(texts().mid(2, 3), (QStringList{"Project (from current TimeCard)", "Matter (from current TimeCard)",
-                                             "Description (from current TimeCard)"}));
-    EXPECT_EQ(codes().mid(2, 2), (QList<int>{3, 102}));
-}
-
-TEST_F(FillinList, AppendsToWhatTheListAlreadyHolds)
-{
-    w.cboFillin.AddItem(QStringLiteral("Already there"));
-    LoadFillins(w.cboFillin);
-    EXPECT_EQ(w.cboFillin.ListCount(), 98);
-    EXPECT_EQ(w.cboFillin.List(1), "[Empty]");
-    EXPECT_EQ(w.cboFillin.ItemData(0), 0);
-}
-
-TEST(FillinCatalogue, ContactRowsReadThePropertyNamedWithoutBlanks)
-{
-    EXPECT_EQ(ContactFillinNames().size(), 88);
-    EXPECT_EQ(ContactPropertyName(10), "Account");
-    EXPECT_EQ(ContactPropertyName(15), "Business2TelephoneNumber");
-    EXPECT_EQ(ContactPropertyName(34), "CustomerID");
-    EXPECT_EQ(ContactPropertyName(75), "NickName");
-    EXPECT_EQ(ContactPropertyName(97), "UserProperties");
-    EXPECT_THROW(ContactPropertyName(98), Failure);
 }
 
 TEST(FillinCode, MatchesStoredTextsExactlyAgainstTheTermsOfNow)
@@ -149,5 +114,8 @@ TEST(FillinCode, EveryRowOfTheListComesBackAsItsOwnCode)
     session().sSubActivityTerm = "Phase";
     session().sJobOrderTerm = "Matter";
     for (const FillinEntry& e : FillinCatalogue()) EXPECT_EQ(FillinCode(e.text), e.code) << e.text.toStdString();
+    // A contact row's code names the property to read; past the last row there is none.
+    EXPECT_EQ(ContactPropertyName(15), "Business2TelephoneNumber");
+    EXPECT_THROW(ContactPropertyName(98), Failure);
     session() = SessionContext();
 }

@@ -118,19 +118,3 @@ TEST_F(Recurrence, RefusedPatternValues)
     EXPECT_EQ(failureOf([&] { pattern->set(QStringLiteral("Interval"), Value(0)); }).number(), vdir::fail::InvalidArgument);
     EXPECT_EQ(failureOf([&] { pattern->get(QStringLiteral("Frequency")); }).number(), vdir::fail::NoSuchProperty);
 }
-
-TEST_F(Recurrence, AnotherClientsRuleIsUnderstood)
-{
-    writeRaw(QStringLiteral("tasks/other.ics"),
-             "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Other//EN\r\nBEGIN:VTODO\r\nUID:other\r\nSUMMARY:Rent\r\n"
-             "DTSTART:20240105T090000\r\nRRULE:FREQ=MONTHLY;BYDAY=1FR;UNTIL=20241231T000000Z\r\nEND:VTODO\r\nEND:VCALENDAR\r\n");
-    auto task = ol::asTask(ns->GetItemFromID(QStringLiteral("other"), QStringLiteral("store")));
-    auto pattern = task->GetRecurrencePattern();
-    EXPECT_EQ(pattern->get(QStringLiteral("RecurrenceType")), Value(3));
-    EXPECT_EQ(pattern->get(QStringLiteral("Instance")), Value(1));
-    EXPECT_EQ(pattern->get(QStringLiteral("DayOfWeekMask")), Value(ol::olFriday));
-    EXPECT_EQ(pattern->get(QStringLiteral("PatternEndDate")), Value(Date::fromParts(2024, 12, 31)));
-    EXPECT_EQ(pattern->get(QStringLiteral("NoEndDate")), Value(false));
-    // Found by fuzz-rrule: an UNTIL in the year 26 is passed over, as one that does not read.
-    EXPECT_TRUE(vdir::patternOfRrule(QStringLiteral("FREQ=DAILY;INTERVAL=3;UNTIL=00260401")).NoEndDate);
-}

@@ -1,38 +1,43 @@
 #pragma once
-// Both databases created afresh in a temporary directory, opened through the store port, with
-// small builders for the rows the tests need.
+// The store port's contract, written once: a backend joins by instantiating RecordsetContract
+// with a StoreBackend that makes empty databases in a directory and a gateway over them.
 #include "TempDir.h"
-#include "backends/sqlcipher/Schema.h"
-#include "backends/sqlcipher/SqlCipherStore.h"
 #include "platform/StoreGateway.h"
 #include <gtest/gtest.h>
 #include <functional>
 
 namespace steplets::test {
 
-class StoreFixture : public ::testing::Test {
+struct StoreBackend {
+    const char* name;
+    // Creates both databases, empty, in the directory and gives the gateway that opens them.
+    std::function<std::unique_ptr<StoreGateway>(const QString& dir)> create;
+};
+
+class RecordsetContract : public ::testing::TestWithParam<StoreBackend> {
 protected:
     void SetUp() override
     {
-        sqlcipher::createDatabases(dir.path());
-        local = store.CreateConnection();
+        store = GetParam().create(dir.path());
+        local = store->CreateConnection();
         local->Open(storeFiles::localConnectionString(dir.path()));
-        link = store.CreateConnection();
+        link = store->CreateConnection();
         link->Open(storeFiles::linkConnectionString(dir.path()));
     }
 
     std::shared_ptr<Recordset> open(const QString& query, const std::shared_ptr<Connection>& cn,
                                     int cursor = ado::adOpenKeyset, int lock = ado::adLockOptimistic)
     {
-        auto rs = store.CreateRecordset();
+        auto rs = store->CreateRecordset();
         rs->Open(query, cn, cursor, lock, ado::adCmdText);
         return rs;
     }
+    std::shared_ptr<Recordset> templates() { return open(QStringLiteral("SELECT * FROM tblSteplets"), local); }
 
     // Adds templates with the given subjects through a recordset of their own; returns their IDs.
     std::vector<int> addTemplates(const QStringList& subjects)
     {
-        auto rs = open(QStringLiteral("SELECT * FROM tblSteplets"), local);
+        auto rs = templates();
         std::vector<int> ids;
         for (const QString& s : subjects) {
             rs->AddNew();
@@ -54,12 +59,12 @@ protected:
         }
     }
 
-    void addContact(int id, const QString& entryId, const QString& name, const QString& account, bool active)
+    void addContact(int id, const QString& name, const QString& account, bool active)
     {
         auto rs = open(QStringLiteral("SELECT * FROM tblContacts"), link);
         rs->AddNew();
         rs->Fields(QStringLiteral("ContactID")).setValue(Value(id));
-        rs->Fields(QStringLiteral("ContactEntryID")).setValue(Value(entryId));
+        rs->Fields(QStringLiteral("ContactEntryID")).setValue(Value(QStringLiteral("c-%1").arg(id)));
         rs->Fields(QStringLiteral("ContactName")).setValue(Value(name));
         rs->Fields(QStringLiteral("ContactAccount")).setValue(Value(account));
         rs->Fields(QStringLiteral("Active")).setValue(Value(active));
@@ -67,31 +72,29 @@ protected:
     }
 
     // The texts of one column over the recordset's rows, from the first; leaves it at EOF.
-    static QStringList column(Recordset& rs, const QString& name)
+    static QStringList column(Recordset& rs, const QString& name = QStringLiteral("Subject"))
     {
         QStringList out;
         if (rs.RecordCount() == 0) return out;
         rs.MoveFirst();
-        while (!rs.EOF_()) {
-            out << rs.Fields(name).value().textOrEmpty();
-            rs.MoveNext();
-        }
+        for (; !rs.EOF_(); rs.MoveNext()) out << rs.Fields(name).value().textOrEmpty();
         return out;
     }
 
-    // The failure number that `f` raises, 0 when none.
-    static long failureOf(const std::function<void()>& f)
+    // The failure that `f` raises; number 0 when none.
+    static Failure failure(const std::function<void()>& f)
     {
         try {
             f();
         } catch (const Failure& e) {
-            return e.number();
+            return e;
         }
-        return 0;
+        return Failure(0, {});
     }
+    static long failureOf(const std::function<void()>& f) { return failure(f).number(); }
 
     TempDir dir;
-    sqlcipher::SqlCipherStore store;
+    std::unique_ptr<StoreGateway> store;
     std::shared_ptr<Connection> local;
     std::shared_ptr<Connection> link;
 };
