@@ -63,6 +63,7 @@ TEST_F(FormRenderingTest, TemplateOptionsShowThePageOfEachTabAndTheButtonsOfTheM
         EditedTemplateState& t = modTasks::EditedTemplate();
         t.DateType = Int16(2);
         t.AnchorDescription = QStringLiteral("Closing date");
+        t.PromptForAssignee = QStringLiteral("0");   // as a template read from the store has it
         frmNewTask dialog(host);
         Driver driver;
         driver.then("the dialog", [&] { return shown(dialog); }, [&] {
