@@ -21,14 +21,6 @@ const int kRowRole = Qt::UserRole;
 
 } // namespace
 
-ContactPickerResult runContactPickerDialog(QWidget* parent, const ContactPickerRequest& request,
-                                           ol::ItemDisplay& display)
-{
-    ContactPickerDialog dialog(request, display, parent);
-    dialog.exec();
-    return dialog.choice();
-}
-
 ContactPickerDialog::ContactPickerDialog(const ContactPickerRequest& request, ol::ItemDisplay& display, QWidget* parent)
     : QDialog(parent), m_request(request), m_display(display), m_older(request.version == QLatin1String("older"))
 {

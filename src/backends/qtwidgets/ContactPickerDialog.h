@@ -12,14 +12,10 @@ class QTreeWidgetItem;
 
 namespace steplets::qt {
 
-// Modal. Cancelling gives contact 0 with an empty name and EntryID. `display` shows a contact
-// when the request allows managing contacts and the user asks to open one.
-ContactPickerResult runContactPickerDialog(QWidget* parent, const ContactPickerRequest& request,
-                                           ol::ItemDisplay& display);
-
-// The dialog itself. The rows keep the request's order; the search narrows them as the user
-// types, on the columns shown (the older version shows names only). Enter or a double click
-// chooses, Esc cancels.
+// The dialog, modal. Cancelling gives contact 0 with an empty name and EntryID. `display` shows
+// a contact when the request allows managing contacts and the user asks to open one. The rows
+// keep the request's order; the search narrows them as the user types, on the columns shown (the
+// older version shows names only). Enter or a double click chooses, Esc cancels.
 class ContactPickerDialog : public QDialog {
 public:
     ContactPickerDialog(const ContactPickerRequest& request, ol::ItemDisplay& display, QWidget* parent = nullptr);
