@@ -2,6 +2,7 @@
 // after a Cancel, assigned tasks sent or discarded, review by double click, Undo, the close box
 // refused during a run, and a run that fails midway.
 #include "ProcessingFixture.h"
+#include "backends/vdir/TaskCalendar.h"
 #include <QFile>
 
 using namespace steplets;
@@ -31,6 +32,13 @@ protected:
         return std::string(R"({"form": "frmPrompt", "type": "txtUserInput", "text": ")") + text
             + R"("}, {"form": "frmPrompt", "click": "OKButton"})";
     }
+    // A task as its file holds it, marks with their type and folder-field flag included.
+    vdir::TaskData onFile(const QString& entryId) const
+    {
+        QFile f(vdirRoot() + QStringLiteral("/tasks/") + entryId + QStringLiteral(".ics"));
+        EXPECT_TRUE(f.open(QIODevice::ReadOnly)) << f.fileName().toStdString();
+        return vdir::readTaskCalendar(f.readAll(), nullptr).value_or(vdir::TaskData{});
+    }
     static constexpr const char* kCancel = R"({"form": "frmPrompt", "click": "CancelButton"})";
     static constexpr const char* kRunThenOK = R"([{"wait": 60}, {"form": "frmProcessTasks", "click": "cmdOK"}])";
 };
@@ -50,12 +58,10 @@ TEST_F(ProcessedResults, ATimeCardStampsEachSavedTaskAndRecordsItInTblTasks)
     ASSERT_EQ(rows.size(), 2u);
     for (int r = 1; r <= 2; ++r) {
         auto task = storedRow(r);
-        auto& props = task->UserProperties();
-        ASSERT_EQ(props.Count(), 2) << "no mark for an empty term";
-        EXPECT_EQ(props.Item(1)->Name(), "OrdivaneID");
-        EXPECT_EQ(props.Item(1)->Value(), Value(task->EntryID()));
-        EXPECT_EQ(props.Item(2)->Name(), "Matter");
-        EXPECT_EQ(props.Item(2)->Value(), Value("Smith v Jones"));
+        // Text marks; the term marks are folder fields, the item's own id is not; no mark for an empty term.
+        const QList<vdir::UserPropertyData> marks{{"OrdivaneID", 1, false, Value(task->EntryID())},
+                                                  {"Matter", 1, true, Value("Smith v Jones")}};
+        EXPECT_EQ(onFile(task->EntryID()).userProperties, marks);
         EXPECT_EQ(rows[static_cast<std::size_t>(r - 1)], std::make_pair(task->EntryID(), qint32(42)));
         EXPECT_EQ(cell(r, 0), r == 1 ? "Draft" : "Review") << "the grid shows the template's subject";
     }
@@ -114,6 +120,12 @@ TEST_F(ProcessedResults, AllCancelledLeavesNothingToUndo)
 TEST_F(ProcessedResults, UndoYesRemovesTasksRowsAndGrid)
 {
     timeCard();
+    auto earlier = session().store().CreateRecordset();
+    earlier->Open(QStringLiteral("SELECT * FROM tblTasks"), session().cnLink);
+    earlier->AddNew();
+    earlier->Fields(QStringLiteral("EntryID")).setValue("kept-task");
+    earlier->Fields(QStringLiteral("TimeCardID")).setValue(1200);
+    earlier->Update();
     addTemplate(relative("Draft"));
     addTemplate(relative("Review"));
     play(R"([{"wait": 60}, {"form": "frmProcessTasks", "click": "cmdUndo"},
@@ -122,7 +134,7 @@ TEST_F(ProcessedResults, UndoYesRemovesTasksRowsAndGrid)
              {"form": "frmProcessTasks", "click": "cmdOK"}])");
     ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].location.toStdString();
     EXPECT_TRUE(taskFiles().isEmpty());
-    EXPECT_TRUE(taskRows().empty());
+    EXPECT_EQ(taskRows(), (std::vector<std::pair<QString, qint32>>{{"kept-task", 1200}})) << "only this run's rows go";
     for (int r = 1; r <= 2; ++r)
         for (int c = 0; c < 4; ++c) EXPECT_EQ(cell(r, c), "") << r << "," << c;
     EXPECT_EQ(panel(1), "Processed:  2") << "the first panel stays";
@@ -149,13 +161,16 @@ TEST_F(ProcessedResults, AnAssignedTaskSentIsSavedAndTheWindowComesBack)
 {
     addTemplate(relative("Delegate", {{col::PromptForAssignee, "True"}}));
     addTemplate(relative("Silent"));
-    play(R"([{"item": {"set": {"Subject": "Delegate to Ben"}, "close": "send"}},
+    play(R"([{"item": {"set": {"Subject": "Delegate to Ben", "To": "ben@okafor-eng.example"}, "close": "send"}},
              {"form": "frmProcessTasks", "click": "cmdOK"}])");
     ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].location.toStdString();
     EXPECT_EQ(displays(), 1);
     EXPECT_EQ(shows(), 1) << "not the last template: made visible again, no new modal show";
     EXPECT_EQ(taskFiles().size(), 2);
     EXPECT_EQ(storedRow(1)->Subject(), "Delegate to Ben");
+    EXPECT_EQ(onFile(window->aEntryIDs[1]).To, "ben@okafor-eng.example");
+    EXPECT_TRUE(onFile(window->aEntryIDs[1]).assigned);
+    EXPECT_FALSE(onFile(window->aEntryIDs[2]).assigned) << "the plain task after it is not assigned";
     EXPECT_EQ(panel(2), "Saved:  2");
 }
 
@@ -197,17 +212,13 @@ TEST_F(ProcessedResults, ADoubleClickOpensASavedTaskAndNothingForASkippedRow)
 TEST_F(ProcessedResults, TheCloseBoxIsRefusedDuringARunAndAcceptedAfter)
 {
     addTemplate(relative("Draft"));
-    play(R"([{"wait": 60}, {"form": "frmProcessTasks", "close": true}])");
+    addTemplate(relative("Review"));
+    // The first close comes in the first task's pause; had it been taken, the second could not be played.
+    play(R"([{"wait": 2}, {"form": "frmProcessTasks", "close": true}, {"wait": 10},
+             {"form": "frmProcessTasks", "close": true}])");
+    ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].location.toStdString();
+    EXPECT_EQ(taskFiles().size(), 2) << "the run went on to its end";
     EXPECT_FALSE(window->isLoaded());
-
-    frmProcessTasks busy(*host);
-    busy.Load();
-    busy.bProcessing = true;
-    busy.userClose();
-    EXPECT_TRUE(busy.isLoaded());
-    busy.bProcessing = false;
-    busy.userClose();
-    EXPECT_FALSE(busy.isLoaded());
 }
 
 TEST_F(ProcessedResults, AValueTheItemRefusesStopsTheRunAtThatRow)
