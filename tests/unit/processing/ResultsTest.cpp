@@ -4,6 +4,7 @@
 #include "ProcessingFixture.h"
 #include "backends/vdir/TaskCalendar.h"
 #include <QFile>
+#include <QUuid>
 
 using namespace steplets;
 using namespace steplets::modTasks;
@@ -221,20 +222,37 @@ TEST_F(ProcessedResults, TheCloseBoxIsRefusedDuringARunAndAcceptedAfter)
     EXPECT_FALSE(window->isLoaded());
 }
 
-TEST_F(ProcessedResults, AValueTheItemRefusesStopsTheRunAtThatRow)
+// A run that fails at its second row, by a value the item refuses or by the task collection
+// vanishing just before that task's first save: the first task and its row stay, the run stops.
+struct Midway {
+    const char* name;
+    const char* location;
+    RowValues second;
+    bool collectionGoes;
+};
+class RunFailingMidway : public ProcessedResults, public ::testing::WithParamInterface<Midway> {};
+
+TEST_P(RunFailingMidway, StopsTheRunAtThatRow)
 {
+    const Midway& c = GetParam();
+    const QString gone = vdirRoot() + QStringLiteral("/gone");
+    if (c.collectionGoes)
+        entryIds = [this, gone, n = 0]() mutable {
+            if (++n == 2) QDir().rename(vdirRoot() + QStringLiteral("/tasks"), gone);
+            return QUuid::createUuid().toString(QUuid::WithoutBraces);
+        };
     timeCard();
     addTemplate(relative("First"));
-    addTemplate(relative("Second", {{col::PercentComplete, 150}}));
+    addTemplate(relative("Second", c.second));
     addTemplate(relative("Third"));
-    play(R"([{"wait": 60}, {"form": "frmProcessTasks", "click": "cmdOK"}])");
+    play(kRunThenOK);
 
     ASSERT_EQ(sink.failures.size(), 1u);
-    EXPECT_TRUE(sink.failures[0].location.contains("X:frmProcessTasks: CreateTaskFromTemplate5:Line "))
-        << sink.failures[0].location.toStdString();
+    EXPECT_TRUE(sink.failures[0].location.contains(c.location)) << sink.failures[0].location.toStdString();
     // The first task and its row; nothing of the second, not even a temporary file; no third.
-    ASSERT_EQ(taskFiles().size(), 1);
-    EXPECT_TRUE(taskFiles()[0].endsWith(".ics"));
+    const QStringList files = c.collectionGoes ? QDir(gone).entryList(QDir::Files) : taskFiles();
+    ASSERT_EQ(files.size(), 1);
+    EXPECT_EQ(files[0], window->aEntryIDs[1] + ".ics");
     EXPECT_EQ(taskRows().size(), 1u);
     EXPECT_EQ(taskRows()[0].first, window->aEntryIDs[1]);
     EXPECT_TRUE(window->aEntryIDs[2].isEmpty());
@@ -242,3 +260,10 @@ TEST_F(ProcessedResults, AValueTheItemRefusesStopsTheRunAtThatRow)
     EXPECT_TRUE(window->ProgressBar1.Visible()) << "the end of the run was not reached";
     EXPECT_FALSE(window->isLoaded()) << "cmdOK stays usable";
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    , RunFailingMidway,
+    ::testing::Values(Midway{"RefusedValue", "X:frmProcessTasks: CreateTaskFromTemplate5:Line ",
+                             {{col::PercentComplete, 150}}, false},
+                      Midway{"CollectionGone", "\r\nX:frmProcessTasks: CreateTaskFromTemplate6:Line ", {}, true}),
+    [](const auto& info) { return std::string(info.param.name); });
