@@ -1,6 +1,7 @@
 // Contacts in a run: the three contact modes with their links and link texts, the user linked
 // by the two settings (twice when both apply), a pass per contact with its prompts before its
-// tasks, and the contact named in the first dialog of a pass only.
+// tasks, a Cancel skipping one template of one pass, and the contact named in the first dialog
+// of a pass only.
 #include "ProcessingFixture.h"
 
 using namespace steplets;
@@ -81,15 +82,23 @@ TEST_F(ProcessedContacts, ModeTwoRunsEveryTemplateOncePerContactWithItsPromptsFi
     s.iContactMode = Int16(2);
     s.sContactEID = "c-grace";
     chooseContacts({"c-ada", "c-ben", "c-clara"});
-    addTemplate(relative("Intake", {{col::FillIn1, "Prompt for user input"}, {col::UserPrompt1, "Matter number?"}}));
+    addTemplate(relative("Intake", {{col::DateType, 2}, {col::AnchorDescription, "Matter opened"},
+                                    {col::FillIn1, "Prompt for user input"}, {col::UserPrompt1, "Matter number?"}}));
     addTemplate(relative("Engagement letter"));
     // Per contact: the first template asks, and so does the second, since the flags carry over.
+    // The second contact's first dialog is cancelled.
     std::string steps = "[";
-    for (const char* answer : {"M-1", "M-2", "M-3"})
-        for (int k = 0; k < 2; ++k)
-            steps += std::string(R"({"form": "frmPrompt", "snapshot": true}, )")
-                + R"({"form": "frmPrompt", "type": "txtUserInput", "text": ")" + answer
+    for (const char* day : {"01", "02", "03"})
+        for (int k = 0; k < 2; ++k) {
+            steps += R"({"form": "frmPrompt", "snapshot": true}, )";
+            if (day == std::string("02") && k == 0) {
+                steps += R"({"form": "frmPrompt", "click": "CancelButton"}, )";
+                continue;
+            }
+            steps += std::string(R"({"form": "frmPrompt", "date": "ActiveCalendar1", "value": "2026-05-)") + day
+                + R"("}, {"form": "frmPrompt", "type": "txtUserInput", "text": "M-)" + day
                 + R"("}, {"form": "frmPrompt", "click": "OKButton"}, )";
+        }
     steps += R"({"form": "frmProcessTasks", "click": "cmdOK"}])";
     play(steps.c_str(), 3);
     ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].location.toStdString();
@@ -97,12 +106,18 @@ TEST_F(ProcessedContacts, ModeTwoRunsEveryTemplateOncePerContactWithItsPromptsFi
     EXPECT_EQ(window->m_iNewTaskCount, 6);
     const char* order[] = {"c-ada", "c-ada", "c-ben", "c-ben", "c-clara", "c-clara"};
     for (int r = 1; r <= 6; ++r) {
+        if (r == 3) continue;
         EXPECT_EQ(links(r), QStringList({order[r - 1]})) << "row " << r;
         EXPECT_EQ(cell(r, 3), fileAs(order[r - 1])) << "row " << r;
     }
-    EXPECT_EQ(cell(3, 0), "Intake") << "pass 2 begins at grid row 3";
+    // The Cancel skips that contact's first template only, not the pass nor the later passes.
+    EXPECT_EQ(cell(3, 0), "Intake (Skipped)") << "pass 2 begins at grid row 3";
+    EXPECT_TRUE(window->aEntryIDs[3].isEmpty());
     EXPECT_EQ(cell(4, 0), "Engagement letter");
-    EXPECT_EQ(panel(2), "Saved:  6");
+    EXPECT_EQ(storedRow(1)->get("DueDate").toDate(), at(2026, 5, 2));
+    EXPECT_EQ(storedRow(5)->get("DueDate").toDate(), at(2026, 5, 4)) << "the third pass takes its own anchor";
+    EXPECT_EQ(panel(2), "Saved:  5");
+    EXPECT_EQ(panel(3), "Skipped:  1");
     EXPECT_EQ(s.sContactEID, "c-grace") << "the contact of the session is put back";
 
     // Only the first dialog of each pass names its contact; each pass shows its prompts before its tasks.

@@ -34,6 +34,8 @@ TEST_F(ProcessedDates, FixedDatesComeToTheFirstOccurrenceNotInThePast)
                                        {col::DayOfWeekMask, ol::olMonday}, {col::NoEndDate, true},
                                        {col::DueDate, at(2026, 2, 23, 9, 0)}, {col::ReminderTime, at(2026, 2, 23, 8, 0)},
                                        {col::PatternStartDate, at(2026, 2, 23)}}));
+    addTemplate(fixed("No reminder", {{col::IsRecurring, false}, {col::DueDate, at(2026, 4, 30, 12, 0)},
+                                      {col::ReminderTime, at(4501, 1, 1)}}));
     play(kRunThenOK);
     ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].location.toStdString();
 
@@ -51,6 +53,7 @@ TEST_F(ProcessedDates, FixedDatesComeToTheFirstOccurrenceNotInThePast)
     EXPECT_EQ(cell(1, 1), "4/15/2026") << "the grid shows the due date the item holds";
     EXPECT_EQ(cell(1, 2), "3/16/2026");
     EXPECT_EQ(cell(2, 1), "3/23/2026");
+    EXPECT_EQ(cell(3, 2), "1/1/4501") << "the store's mark for no date is shown as it is";
 }
 
 TEST_F(ProcessedDates, RelativeDistancesCountFromTheMomentEachRowIsMade)
@@ -98,19 +101,25 @@ TEST_F(ProcessedDates, AGroupsCommonAnchorNeedsNoDialog)
 {
     addTemplate(RowValues{{col::Subject, "Move in"}, {col::DateType, 2}, {col::DueDateOffset, 7 * 24 * 60},
                           {col::ReminderOffset, 0}, {col::StartDateOffset, 0}});
+    // Distances before the anchor.
+    addTemplate(RowValues{{col::Subject, "Open the file"}, {col::DateType, 2}, {col::DueDateOffset, -2 * 24 * 60},
+                          {col::ReminderOffset, -56 * 60}, {col::StartDateOffset, -3 * 24 * 60}});
     session().dPromptAnchorDate = at(2026, 6, 1);
     beforeShow = [](frmProcessTasks& w) { w.m_blnGroupAnchor = true; };
     play(kRunThenOK);
     ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].location.toStdString();
     EXPECT_EQ(date(1, "DueDate"), at(2026, 6, 8));
+    EXPECT_EQ(date(2, "StartDate"), at(2026, 5, 29));
+    EXPECT_EQ(date(2, "DueDate"), at(2026, 5, 30));
+    EXPECT_EQ(date(2, "ReminderTime"), at(2026, 5, 29, 16, 0));
     for (const auto& e : host->events()) EXPECT_NE(e.toObject().value("show").toString(), "frmPrompt");
     EXPECT_TRUE(session().dPromptAnchorDate.isZero()) << "the common answer goes at the end of the run";
 }
 
 TEST_F(ProcessedDates, RecurrenceIsWrittenUnderItsConditions)
 {
-    // Month-nth, relative: Instance under 6 is written, the pattern days count from the base date.
-    addTemplate(relative("Board pack", {{col::IsRecurring, true}, {col::RecurrenceType, 3}, {col::Interval, 1},
+    // Month-nth, relative: its Interval and an Instance under 6 are written, the pattern days count from the base date.
+    addTemplate(relative("Board pack", {{col::IsRecurring, true}, {col::RecurrenceType, 3}, {col::Interval, 2},
                                         {col::Instance, 2}, {col::DayOfWeekMask, ol::olTuesday},
                                         {col::PatternEndOffset, 365}, {col::Regenerate, false}}));
     // Yearly, fixed: no Interval, MonthOfYear written; an end date with occurrences.
@@ -121,11 +130,24 @@ TEST_F(ProcessedDates, RecurrenceIsWrittenUnderItsConditions)
     // Year-nth with an Instance of 6: left out.
     addTemplate(relative("Audit", {{col::IsRecurring, true}, {col::RecurrenceType, 6}, {col::Instance, 6},
                                    {col::DayOfWeekMask, ol::olFriday}, {col::MonthOfYear, 0}}));
+    // Daily, relative: the pattern's start and end are days from the base, not from the due date.
+    addTemplate(relative("Plants", {{col::IsRecurring, true}, {col::RecurrenceType, 0}, {col::Interval, 2}, {col::DueDateOffset, 60},
+                                    {col::PatternStartOffset, 1}, {col::PatternEndOffset, 30}}));
+    // Monthly, fixed: rolled by months.
+    addTemplate(fixed("Bank", {{col::IsRecurring, true}, {col::RecurrenceType, 2}, {col::Interval, 1}, {col::DayOfMonth, 15},
+                               {col::NoEndDate, true}, {col::DueDate, at(2025, 11, 15, 12, 0)},
+                               {col::PatternStartDate, at(2025, 11, 15)}}));
+    // Weekly, fixed, with a count and an end date; its start is rolled past today, its due date is not.
+    addTemplate(fixed("Stand-up", {{col::IsRecurring, true}, {col::RecurrenceType, 1}, {col::Interval, 1},
+                                   {col::DayOfWeekMask, ol::olMonday | ol::olWednesday}, {col::NoEndDate, false},
+                                   {col::Occurrences, 10}, {col::PatternEndDate, at(2026, 5, 1)},
+                                   {col::DueDate, at(2026, 1, 5, 17, 0)}, {col::PatternStartDate, at(2026, 1, 5)}}));
     play(kRunThenOK);
     ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].location.toStdString();
 
     auto monthly = storedRow(1)->GetRecurrencePattern();
     EXPECT_EQ(monthly->get("RecurrenceType"), Value(3));
+    EXPECT_EQ(monthly->get("Interval"), Value(2)) << "unlike a yearly one, a Month-nth pattern takes the Interval";
     EXPECT_EQ(monthly->get("Instance"), Value(2));
     EXPECT_EQ(monthly->get("DayOfWeekMask"), Value(ol::olTuesday));
     EXPECT_EQ(monthly->get("PatternEndDate").toDate().date(), QDate(2027, 3, 16));
@@ -141,4 +163,21 @@ TEST_F(ProcessedDates, RecurrenceIsWrittenUnderItsConditions)
 
     auto yearNth = storedRow(3)->GetRecurrencePattern();
     EXPECT_NE(yearNth->get("Instance"), Value(6)) << "an Instance of 6 or more is not written";
+
+    auto daily = storedRow(4)->GetRecurrencePattern();
+    const Date due = date(4, "DueDate");
+    EXPECT_EQ(daily->get("RecurrenceType"), Value(0));
+    EXPECT_EQ(daily->get("Interval"), Value(2));
+    EXPECT_EQ(Date::diff(QStringLiteral("n"), due, daily->get("PatternStartDate").toDate()), 24 * 60 - 60);
+    EXPECT_EQ(Date::diff(QStringLiteral("n"), due, daily->get("PatternEndDate").toDate()), 30 * 24 * 60 - 60);
+
+    EXPECT_EQ(date(5, "DueDate"), at(2026, 4, 15, 12, 0));
+    EXPECT_EQ(storedRow(5)->GetRecurrencePattern()->get("PatternStartDate").toDate(), at(2026, 4, 15));
+
+    auto weekly = storedRow(6)->GetRecurrencePattern();
+    EXPECT_EQ(date(6, "DueDate"), at(2026, 3, 16, 17, 0));
+    EXPECT_EQ(weekly->get("PatternStartDate").toDate(), at(2026, 3, 23));
+    EXPECT_EQ(weekly->get("NoEndDate"), Value(false));
+    EXPECT_EQ(weekly->get("Occurrences"), Value(10));
+    EXPECT_EQ(weekly->get("DayOfWeekMask"), Value(ol::olMonday | ol::olWednesday));
 }

@@ -98,6 +98,7 @@ protected:
         vdir::VdirConfig config;
         config.root = vdirRoot();
         config.clock = [h = host.get()] { return h->Now(); };
+        config.entryIds = entryIds;
         SessionContext& s = session();
         s.olApp = vdir::openVdirStore(config, host);
         s.olNS = s.olApp->GetNamespace(QStringLiteral("MAPI"));
@@ -173,6 +174,8 @@ protected:
 
     // The launch's own settings of the window (a group's common answers), before the show.
     std::function<void(frmProcessTasks&)> beforeShow;
+    // The names new items get on their first save; random if unset.
+    std::function<QString()> entryIds;
 
     TempDir tmp;
     RecordingSink sink{[]() -> QString& { return session().ErrorTrail; }};

@@ -2,7 +2,9 @@
 // after a Cancel, assigned tasks sent or discarded, review by double click, Undo, the close box
 // refused during a run, and a run that fails midway.
 #include "ProcessingFixture.h"
+#include "backends/vdir/TaskCalendar.h"
 #include <QFile>
+#include <QUuid>
 
 using namespace steplets;
 using namespace steplets::modTasks;
@@ -31,6 +33,13 @@ protected:
         return std::string(R"({"form": "frmPrompt", "type": "txtUserInput", "text": ")") + text
             + R"("}, {"form": "frmPrompt", "click": "OKButton"})";
     }
+    // A task as its file holds it, marks with their type and folder-field flag included.
+    vdir::TaskData onFile(const QString& entryId) const
+    {
+        QFile f(vdirRoot() + QStringLiteral("/tasks/") + entryId + QStringLiteral(".ics"));
+        EXPECT_TRUE(f.open(QIODevice::ReadOnly)) << f.fileName().toStdString();
+        return vdir::readTaskCalendar(f.readAll(), nullptr).value_or(vdir::TaskData{});
+    }
     static constexpr const char* kCancel = R"({"form": "frmPrompt", "click": "CancelButton"})";
     static constexpr const char* kRunThenOK = R"([{"wait": 60}, {"form": "frmProcessTasks", "click": "cmdOK"}])";
 };
@@ -50,12 +59,10 @@ TEST_F(ProcessedResults, ATimeCardStampsEachSavedTaskAndRecordsItInTblTasks)
     ASSERT_EQ(rows.size(), 2u);
     for (int r = 1; r <= 2; ++r) {
         auto task = storedRow(r);
-        auto& props = task->UserProperties();
-        ASSERT_EQ(props.Count(), 2) << "no mark for an empty term";
-        EXPECT_EQ(props.Item(1)->Name(), "OrdivaneID");
-        EXPECT_EQ(props.Item(1)->Value(), Value(task->EntryID()));
-        EXPECT_EQ(props.Item(2)->Name(), "Matter");
-        EXPECT_EQ(props.Item(2)->Value(), Value("Smith v Jones"));
+        // Text marks; the term marks are folder fields, the item's own id is not; no mark for an empty term.
+        const QList<vdir::UserPropertyData> marks{{"OrdivaneID", 1, false, Value(task->EntryID())},
+                                                  {"Matter", 1, true, Value("Smith v Jones")}};
+        EXPECT_EQ(onFile(task->EntryID()).userProperties, marks);
         EXPECT_EQ(rows[static_cast<std::size_t>(r - 1)], std::make_pair(task->EntryID(), qint32(42)));
         EXPECT_EQ(cell(r, 0), r == 1 ? "Draft" : "Review") << "the grid shows the template's subject";
     }
@@ -114,6 +121,12 @@ TEST_F(ProcessedResults, AllCancelledLeavesNothingToUndo)
 TEST_F(ProcessedResults, UndoYesRemovesTasksRowsAndGrid)
 {
     timeCard();
+    auto earlier = session().store().CreateRecordset();
+    earlier->Open(QStringLiteral("SELECT * FROM tblTasks"), session().cnLink);
+    earlier->AddNew();
+    earlier->Fields(QStringLiteral("EntryID")).setValue("kept-task");
+    earlier->Fields(QStringLiteral("TimeCardID")).setValue(1200);
+    earlier->Update();
     addTemplate(relative("Draft"));
     addTemplate(relative("Review"));
     play(R"([{"wait": 60}, {"form": "frmProcessTasks", "click": "cmdUndo"},
@@ -122,7 +135,7 @@ TEST_F(ProcessedResults, UndoYesRemovesTasksRowsAndGrid)
              {"form": "frmProcessTasks", "click": "cmdOK"}])");
     ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].location.toStdString();
     EXPECT_TRUE(taskFiles().isEmpty());
-    EXPECT_TRUE(taskRows().empty());
+    EXPECT_EQ(taskRows(), (std::vector<std::pair<QString, qint32>>{{"kept-task", 1200}})) << "only this run's rows go";
     for (int r = 1; r <= 2; ++r)
         for (int c = 0; c < 4; ++c) EXPECT_EQ(cell(r, c), "") << r << "," << c;
     EXPECT_EQ(panel(1), "Processed:  2") << "the first panel stays";
@@ -149,13 +162,16 @@ TEST_F(ProcessedResults, AnAssignedTaskSentIsSavedAndTheWindowComesBack)
 {
     addTemplate(relative("Delegate", {{col::PromptForAssignee, "True"}}));
     addTemplate(relative("Silent"));
-    play(R"([{"item": {"set": {"Subject": "Delegate to Ben"}, "close": "send"}},
+    play(R"([{"item": {"set": {"Subject": "Delegate to Ben", "To": "ben@okafor-eng.example"}, "close": "send"}},
              {"form": "frmProcessTasks", "click": "cmdOK"}])");
     ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].location.toStdString();
     EXPECT_EQ(displays(), 1);
     EXPECT_EQ(shows(), 1) << "not the last template: made visible again, no new modal show";
     EXPECT_EQ(taskFiles().size(), 2);
     EXPECT_EQ(storedRow(1)->Subject(), "Delegate to Ben");
+    EXPECT_EQ(onFile(window->aEntryIDs[1]).To, "ben@okafor-eng.example");
+    EXPECT_TRUE(onFile(window->aEntryIDs[1]).assigned);
+    EXPECT_FALSE(onFile(window->aEntryIDs[2]).assigned) << "the plain task after it is not assigned";
     EXPECT_EQ(panel(2), "Saved:  2");
 }
 
@@ -197,33 +213,46 @@ TEST_F(ProcessedResults, ADoubleClickOpensASavedTaskAndNothingForASkippedRow)
 TEST_F(ProcessedResults, TheCloseBoxIsRefusedDuringARunAndAcceptedAfter)
 {
     addTemplate(relative("Draft"));
-    play(R"([{"wait": 60}, {"form": "frmProcessTasks", "close": true}])");
+    addTemplate(relative("Review"));
+    // The first close comes in the first task's pause; had it been taken, the second could not be played.
+    play(R"([{"wait": 2}, {"form": "frmProcessTasks", "close": true}, {"wait": 10},
+             {"form": "frmProcessTasks", "close": true}])");
+    ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].location.toStdString();
+    EXPECT_EQ(taskFiles().size(), 2) << "the run went on to its end";
     EXPECT_FALSE(window->isLoaded());
-
-    frmProcessTasks busy(*host);
-    busy.Load();
-    busy.bProcessing = true;
-    busy.userClose();
-    EXPECT_TRUE(busy.isLoaded());
-    busy.bProcessing = false;
-    busy.userClose();
-    EXPECT_FALSE(busy.isLoaded());
 }
 
-TEST_F(ProcessedResults, AValueTheItemRefusesStopsTheRunAtThatRow)
+// A run that fails at its second row, by a value the item refuses or by the task collection
+// vanishing just before that task's first save: the first task and its row stay, the run stops.
+struct Midway {
+    const char* name;
+    const char* location;
+    RowValues second;
+    bool collectionGoes;
+};
+class RunFailingMidway : public ProcessedResults, public ::testing::WithParamInterface<Midway> {};
+
+TEST_P(RunFailingMidway, StopsTheRunAtThatRow)
 {
+    const Midway& c = GetParam();
+    const QString gone = vdirRoot() + QStringLiteral("/gone");
+    if (c.collectionGoes)
+        entryIds = [this, gone, n = 0]() mutable {
+            if (++n == 2) QDir().rename(vdirRoot() + QStringLiteral("/tasks"), gone);
+            return QUuid::createUuid().toString(QUuid::WithoutBraces);
+        };
     timeCard();
     addTemplate(relative("First"));
-    addTemplate(relative("Second", {{col::PercentComplete, 150}}));
+    addTemplate(relative("Second", c.second));
     addTemplate(relative("Third"));
-    play(R"([{"wait": 60}, {"form": "frmProcessTasks", "click": "cmdOK"}])");
+    play(kRunThenOK);
 
     ASSERT_EQ(sink.failures.size(), 1u);
-    EXPECT_TRUE(sink.failures[0].location.contains("X:frmProcessTasks: CreateTaskFromTemplate5:Line "))
-        << sink.failures[0].location.toStdString();
+    EXPECT_TRUE(sink.failures[0].location.contains(c.location)) << sink.failures[0].location.toStdString();
     // The first task and its row; nothing of the second, not even a temporary file; no third.
-    ASSERT_EQ(taskFiles().size(), 1);
-    EXPECT_TRUE(taskFiles()[0].endsWith(".ics"));
+    const QStringList files = c.collectionGoes ? QDir(gone).entryList(QDir::Files) : taskFiles();
+    ASSERT_EQ(files.size(), 1);
+    EXPECT_EQ(files[0], window->aEntryIDs[1] + ".ics");
     EXPECT_EQ(taskRows().size(), 1u);
     EXPECT_EQ(taskRows()[0].first, window->aEntryIDs[1]);
     EXPECT_TRUE(window->aEntryIDs[2].isEmpty());
@@ -231,3 +260,10 @@ TEST_F(ProcessedResults, AValueTheItemRefusesStopsTheRunAtThatRow)
     EXPECT_TRUE(window->ProgressBar1.Visible()) << "the end of the run was not reached";
     EXPECT_FALSE(window->isLoaded()) << "cmdOK stays usable";
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    , RunFailingMidway,
+    ::testing::Values(Midway{"RefusedValue", "X:frmProcessTasks: CreateTaskFromTemplate5:Line ",
+                             {{col::PercentComplete, 150}}, false},
+                      Midway{"CollectionGone", "\r\nX:frmProcessTasks: CreateTaskFromTemplate6:Line ", {}, true}),
+    [](const auto& info) { return std::string(info.param.name); });
