@@ -37,11 +37,11 @@ protected:
     {
         session().iContactMode = Int16(static_cast<std::int16_t>(mode));
         form.reset();   // before the host it lives on
-        auto& h = hostFor(steps);
-        form = std::make_unique<frmSelectContacts>(h, combo.reader());
+        host = hostWith(steps);
+        form = std::make_unique<frmSelectContacts>(*host, combo.reader());
         QString contact = shown;
         form->SelectContactDialog(contact);
-        EXPECT_TRUE(h.script().atEnd()) << "every step was played";
+        EXPECT_TRUE(host->script().atEnd()) << "every step was played";
         return *form;
     }
     QStringList offered() const
