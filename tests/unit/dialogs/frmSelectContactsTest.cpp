@@ -97,24 +97,4 @@ TEST_F(SelectContacts, AContactNoLongerActiveLeavesAnEmptyEntryAtTheEnd)
     EXPECT_TRUE(sink.failures.empty());
 }
 
-// What a session cannot see: Cancel sets the flag and the close box leaves it, and neither
-// touches the selection an earlier run left.
-TEST_F(SelectContacts, CancelAndTheCloseBoxKeepTheEarlierSelection)
-{
-    const std::pair<const char*, bool> exits[] = {
-        {R"([{"form": "frmSelectContacts", "select": "lbContacts", "item": "Ada Byrne"},
-             {"form": "frmSelectContacts", "click": "CancelButton"}])", true},
-        {R"([{"form": "frmSelectContacts", "select": "lbContacts", "item": "Ada Byrne"},
-             {"form": "frmSelectContacts", "close": true}])", false},
-    };
-    for (const auto& [steps, cancelled] : exits) {
-        session().bPromptCancelled = false;
-        session().aSelectedContacts.redim(1, 1);
-        session().aSelectedContacts[1] = QStringLiteral("c-earlier");
-        play(2, QString(), steps);
-        EXPECT_EQ(bool(session().bPromptCancelled), cancelled);
-        EXPECT_EQ(selection(), QStringList{QStringLiteral("c-earlier")});
-    }
-}
-
 } // namespace
