@@ -55,74 +55,69 @@ protected:
     TempDir dir;
 };
 
-TEST_F(AdminTool, InitCheckDumpFromAnEmptyDirectory)
+// A whole life in the directory STEPLETS_HOME names: init, check and dump empty, seed-demo once,
+// and a second init that refuses and keeps the data.
+TEST_F(AdminTool, InitSeedAndCheckInTheHomeDirectoryEachOnce)
 {
-    const Outcome init = admin(inDir("init"));
+    const auto run = [&](const char* command) { return admin({QString::fromLatin1(command)}, dir.path()); };
+    const Outcome init = run("init");
     ASSERT_EQ(init.exitCode, 0) << init.err.toStdString();
-    EXPECT_TRUE(QFile::exists(dir.file(QStringLiteral("OVLocal.db"))));
-    EXPECT_TRUE(QFile::exists(dir.file(QStringLiteral("OVLink.db"))));
-
-    const Outcome check = admin(inDir("check"));
-    EXPECT_EQ(check.exitCode, 0) << check.out.toStdString();
-
-    const Outcome dump = admin(inDir("dump"));
-    ASSERT_EQ(dump.exitCode, 0);
-    const QJsonObject store = QJsonDocument::fromJson(dump.out.toUtf8()).object();
-    const QJsonObject local = store.value(QStringLiteral("local")).toObject();
+    EXPECT_EQ(run("check").exitCode, 0);
+    QJsonObject store = QJsonDocument::fromJson(run("dump").out.toUtf8()).object();
     for (const char* t : {"tblSteplets", "tblTaskGroups", "tblGroupAssignments"})
-        EXPECT_TRUE(local.value(QLatin1String(t)).isArray()) << t;
-    EXPECT_TRUE(store.value(QStringLiteral("link")).toObject().value(QStringLiteral("tblContacts")).toArray().isEmpty());
-}
+        EXPECT_TRUE(store.value("local").toObject().value(QLatin1String(t)).isArray()) << t;
+    EXPECT_TRUE(store.value("link").toObject().value("tblContacts").toArray().isEmpty());
 
-TEST_F(AdminTool, SecondInitRefusesAndKeepsTheData)
-{
-    ASSERT_EQ(admin(inDir("init")).exitCode, 0);
-    ASSERT_EQ(admin(inDir("seed-demo")).exitCode, 0);
-    const Outcome again = admin(inDir("init"));
-    EXPECT_EQ(again.exitCode, 1);
-    EXPECT_TRUE(again.err.contains(QStringLiteral("already exists")));
-    EXPECT_EQ(again.err.count(QLatin1Char('\n')), 1) << "one line";
-    const QJsonObject store = QJsonDocument::fromJson(admin(inDir("dump")).out.toUtf8()).object();
-    EXPECT_FALSE(store.value(QStringLiteral("local")).toObject().value(QStringLiteral("tblSteplets")).toArray().isEmpty());
-}
-
-TEST_F(AdminTool, SeedDemoFillsTablesAndContactCards)
-{
-    ASSERT_EQ(admin(inDir("init")).exitCode, 0);
-    const Outcome seed = admin(inDir("seed-demo"));
+    const Outcome seed = run("seed-demo");
     ASSERT_EQ(seed.exitCode, 0) << seed.err.toStdString();
-    const QJsonObject store = QJsonDocument::fromJson(admin(inDir("dump")).out.toUtf8()).object();
-    const QJsonArray contacts = store.value(QStringLiteral("link")).toObject().value(QStringLiteral("tblContacts")).toArray();
+    store = QJsonDocument::fromJson(run("dump").out.toUtf8()).object();
+    const QJsonArray contacts = store.value("link").toObject().value("tblContacts").toArray();
     ASSERT_GE(contacts.size(), 12);
     for (const QJsonValue& c : contacts) {
         const QString entryId = c.toObject().value(QStringLiteral("ContactEntryID")).toString();
         EXPECT_TRUE(QFile::exists(dir.file(QStringLiteral("vdir/contacts/") + entryId + QStringLiteral(".vcf")))) << entryId.toStdString();
     }
-    EXPECT_EQ(store.value(QStringLiteral("local")).toObject().value(QStringLiteral("tblTaskGroups")).toArray().size(), 2);
-    EXPECT_EQ(admin(inDir("check")).exitCode, 0);
-    EXPECT_EQ(admin(inDir("seed-demo")).exitCode, 1) << "demo data is added once";
+    EXPECT_EQ(store.value("local").toObject().value("tblTaskGroups").toArray().size(), 2);
+    EXPECT_EQ(run("check").exitCode, 0);
+    EXPECT_EQ(run("seed-demo").exitCode, 1) << "demo data is added once";
+
+    const QStringList before = listing(dir.path());
+    const Outcome again = run("init");
+    EXPECT_EQ(again.exitCode, 1);
+    EXPECT_TRUE(again.err.contains(QStringLiteral("already exists")));
+    EXPECT_EQ(again.err.count(QLatin1Char('\n')), 1) << "one line";
+    EXPECT_EQ(listing(dir.path()), before) << "dump, check and a refused init change nothing";
 }
 
-TEST_F(AdminTool, WrongPasswordGivesOneClearLineAndExitCodeOne)
+// A local database that is missing, empty or someone else's: check and dump refuse it in one
+// line naming the file, and write nothing into it.
+TEST_F(AdminTool, ABrokenLocalDatabaseIsRefusedInOneLineNamingIt)
 {
-    ASSERT_EQ(admin(inDir("init")).exitCode, 0);
-    // The link database put where the local one belongs: its password is not the local one.
-    QFile::remove(dir.file(QStringLiteral("OVLocal.db")));
-    ASSERT_TRUE(QFile::copy(dir.file(QStringLiteral("OVLink.db")), dir.file(QStringLiteral("OVLocal.db"))));
-    for (const char* command : {"check", "dump"}) {
-        const Outcome r = admin(inDir(command));
-        EXPECT_EQ(r.exitCode, 1) << command;
-        EXPECT_TRUE(r.err.startsWith(QStringLiteral("steplets-admin: Not a valid password"))) << r.err.toStdString();
-        EXPECT_TRUE(r.err.contains(QStringLiteral("OVLocal.db")));
-        EXPECT_EQ(r.err.count(QLatin1Char('\n')), 1);
+    const QString local = dir.file(QStringLiteral("OVLocal.db"));
+    const std::pair<std::function<void()>, QString> cases[] = {
+        {[] {}, local + QStringLiteral(" was not found")},
+        {[&] {
+             ASSERT_EQ(admin(inDir("init")).exitCode, 0);
+             QFile::remove(local);   // the link database where the local one belongs
+             ASSERT_TRUE(QFile::copy(dir.file(QStringLiteral("OVLink.db")), local));
+         }, QStringLiteral("steplets-admin: Not a valid password")},
+        {[&] { QFile f(local); ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate)); }, local + QStringLiteral(" is empty")},
+    };
+    for (const auto& [leave, says] : cases) {
+        leave();
+        const QStringList before = listing(dir.path());
+        for (const char* command : {"check", "dump"}) {
+            const Outcome r = admin(inDir(command));
+            EXPECT_EQ(r.exitCode, 1) << command;
+            EXPECT_TRUE(r.err.contains(says) && r.err.contains(local)) << r.err.toStdString();
+            EXPECT_EQ(r.err.count(QLatin1Char('\n')), 1);
+        }
+        EXPECT_EQ(listing(dir.path()), before);
     }
 }
 
-TEST_F(AdminTool, MissingDatabasesAndWrongUsage)
+TEST_F(AdminTool, WrongUsageIsExitCodeTwoAndHelpNamesTheCommands)
 {
-    const Outcome check = admin(inDir("check"));
-    EXPECT_EQ(check.exitCode, 1);
-    EXPECT_TRUE(check.err.contains(QStringLiteral("OVLocal.db was not found")));
     EXPECT_EQ(admin({QStringLiteral("frobnicate")}).exitCode, 2);
     EXPECT_EQ(admin({}).exitCode, 2);
     EXPECT_EQ(admin({QStringLiteral("init"), QStringLiteral("--colour")}).exitCode, 2);
@@ -170,26 +165,6 @@ TEST_F(AdminTool, InitFinishesWhatAnInterruptedOneLeft)
     }
 }
 
-TEST_F(AdminTool, DumpAndCheckChangeNothingAndRefuseAFileThatIsNoDatabase)
-{
-    ASSERT_EQ(admin(inDir("init")).exitCode, 0);
-    const QStringList before = listing(dir.path());
-    for (const char* command : {"dump", "check"})
-        EXPECT_EQ(admin(inDir(command)).exitCode, 0) << command;
-    EXPECT_EQ(listing(dir.path()), before);
-
-    QFile local(dir.file(QStringLiteral("OVLocal.db")));
-    ASSERT_TRUE(local.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    local.close();
-    for (const char* command : {"dump", "check"}) {
-        const Outcome r = admin(inDir(command));
-        EXPECT_EQ(r.exitCode, 1) << command;
-        EXPECT_TRUE(r.err.contains(dir.file(QStringLiteral("OVLocal.db")) + QStringLiteral(" is empty"))) << r.err.toStdString();
-        EXPECT_EQ(r.err.count(QLatin1Char('\n')), 1);
-        EXPECT_EQ(QFileInfo(local.fileName()).size(), 0) << command << " wrote into it";
-    }
-}
-
 TEST_F(AdminTool, CheckNamesTheRecordedTasksThatAreMissingOrLackTheirTimeCardProperties)
 {
     ASSERT_EQ(admin(inDir("init")).exitCode, 0);
@@ -210,13 +185,6 @@ TEST_F(AdminTool, CheckNamesTheRecordedTasksThatAreMissingOrLackTheirTimeCardPro
     ASSERT_EQ(lines.size(), 2) << check.out.toStdString();
     EXPECT_TRUE(lines[0].contains(QStringLiteral("the task half of time card 7 lacks its time-card properties"))) << lines[0].toStdString();
     EXPECT_TRUE(lines[1].contains(QStringLiteral("the task gone of time card 7 is missing"))) << lines[1].toStdString();
-}
-
-TEST_F(AdminTool, StepletsHomeIsTheDefaultDirectory)
-{
-    ASSERT_EQ(admin({QStringLiteral("init")}, dir.path()).exitCode, 0);
-    EXPECT_TRUE(QFile::exists(dir.file(QStringLiteral("OVLink.db"))));
-    EXPECT_EQ(admin({QStringLiteral("check")}, dir.path()).exitCode, 0);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // CheckOLVersion on a real vdir store: the major version read from the head of Outlook's
 // version text, and what is left when it cannot be read.
 #include "RecordingSink.h"
-#include "ScriptedHost.h"
+#include "ScriptedSteps.h"
 #include "TempDir.h"
 #include "VdirStore.h"
 #include "chooser/frmSteplet.h"
@@ -32,8 +32,7 @@ protected:
 
     test::TempDir dir;
     test::RecordingSink sink{[]() -> QString& { return session().ErrorTrail; }};
-    std::shared_ptr<scripted::ScriptedHost> host =
-        std::make_shared<scripted::ScriptedHost>(scripted::Script(), QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
+    std::shared_ptr<scripted::ScriptedHost> host = test::hostWith();
 };
 
 TEST_F(CheckOLVersionTest, TheFirstThreeCharactersChooseTheMajorVersion)

@@ -1,10 +1,9 @@
 #pragma once
 // A window for tests: one control of each kind, and the form events as hooks a test can set.
 // It runs on the scripted host, the same host scenarios use.
-#include "ScriptedHost.h"
+#include "Failures.h"
+#include "ScriptedSteps.h"
 #include "controls/Controls.h"
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -67,26 +66,10 @@ protected:
     void Form_Unload(int& cancel) override { if (onUnload) onUnload(cancel); }
 };
 
-// A scripted host playing `steps` (JSON text of the script list) from 2026-03-16 15:30:00.
-inline std::unique_ptr<scripted::ScriptedHost> hostWith(const char* steps = "[]") {
-    QString error;
-    auto script = scripted::Script::fromJson(QJsonDocument::fromJson(steps).array(), &error);
-    EXPECT_TRUE(script.has_value()) << error.toStdString();
-    return std::make_unique<scripted::ScriptedHost>(script.value_or(scripted::Script()),
-                                                    QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
-}
-
 // Counts how often an event was raised.
 struct Counter {
     int n = 0;
     std::function<void()> fn() { return [this] { ++n; }; }
 };
-
-// The failure number a call throws, 0 when it throws none.
-template <class F>
-long failureOf(F&& f) {
-    try { f(); } catch (const Failure& e) { return e.number(); }
-    return 0;
-}
 
 } // namespace steplets::test

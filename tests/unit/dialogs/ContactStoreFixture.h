@@ -1,41 +1,17 @@
 #pragma once
-// Real contact stores for the contact dialogs: a fresh link database with tblContacts rows, the
-// session's contact recordset open on the active rows by name, a vdir contact collection holding
-// the demo cards, and a scripted host that plays what the person at the screen does.
-#include "RecordingSink.h"
-#include "ScriptedHost.h"
-#include "TempDir.h"
-#include "backends/sqlcipher/Schema.h"
-#include "backends/sqlcipher/SqlCipherStore.h"
-#include "backends/vdir/DemoContacts.h"
-#include "backends/vdir/VdirStore.h"
-#include "platform/StoreGateway.h"
-#include "session/SessionContext.h"
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <gtest/gtest.h>
+// The contact dialogs on real stores: tblContacts rows in the link database, the session's
+// contact recordset open on the active rows by name, and a scripted host.
+#include "ScriptedSteps.h"
+#include "StoreFixture.h"
 
 namespace steplets::test {
 
-class ContactStoreFixture : public ::testing::Test {
+class ContactStoreFixture : public StoreFixture {
 protected:
-    ContactStoreFixture()
+    ContactStoreFixture() : StoreFixture(nullptr)
     {
-        vdir::writeDemoContacts(tmp.file(QStringLiteral("vdir/contacts")));
-        vdir::VdirConfig config;
-        config.root = tmp.file(QStringLiteral("vdir"));
-        app = vdir::openVdirStore(config, nullptr);
-        sqlcipher::createDatabases(tmp.path());
-        session() = SessionContext();
-        SessionContext& s = session();
-        s.olApp = app;
-        s.olNS = app->GetNamespace(QStringLiteral("MAPI"));
-        s.sContactFolderEID = QStringLiteral("contacts");
-        s.sContactFolderSID = QStringLiteral("store");
-        s.cnLink = db.CreateConnection();
-        s.cnLink->Open(storeFiles::linkConnectionString(tmp.path()));
+        session().cnLink = connect(storeFiles::linkConnectionString(tmp.path()));
     }
-    ~ContactStoreFixture() override { session() = SessionContext(); }
 
     void addContact(qint32 id, const QString& entryId, const QString& name, bool active = true)
     {
@@ -56,30 +32,7 @@ protected:
                                    session().cnLink, ado::adOpenKeyset, ado::adLockOptimistic);
     }
 
-    // A host that plays `steps` (JSON text of a script).
-    scripted::ScriptedHost& hostFor(const char* steps)
-    {
-        QString error;
-        auto script = scripted::Script::fromJson(QJsonDocument::fromJson(steps).array(), &error);
-        EXPECT_TRUE(script.has_value()) << error.toStdString();
-        host = std::make_unique<scripted::ScriptedHost>(script.value_or(scripted::Script()),
-                                                        QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
-        return *host;
-    }
-    // The members of the first event of that kind that the host recorded.
-    static QJsonObject firstEvent(const scripted::ScriptedHost& h, const QString& kind)
-    {
-        for (const auto& e : h.events())
-            if (e.toObject().contains(kind)) return e.toObject().value(kind).toObject();
-        ADD_FAILURE() << "no " << kind.toStdString() << " event";
-        return {};
-    }
-
-    TempDir tmp;
-    sqlcipher::SqlCipherStore db;
-    std::shared_ptr<ol::Application> app;
     std::unique_ptr<scripted::ScriptedHost> host;
-    RecordingSink sink{[]() -> QString& { return session().ErrorTrail; }};
 };
 
 } // namespace steplets::test

@@ -1,13 +1,12 @@
 // The subject fill-in editor of frmNewTask on the scripted host, by rule: one field at most asks
 // the user for input, a stored fill-in this run cannot show becomes "[Empty]" when its field is
 // shown, a prompt outlives a change of its field's fill-in. And the subject preview, by case.
-#include "ScriptedHost.h"
+#include "ScriptedSteps.h"
 #include "dialogs/FormatPreview.h"
 #include "dialogs/frmNewTask.h"
 #include "dialogs/frmOptions.h"
 #include "session/SessionContext.h"
 #include "templates/EditedTemplate.h"
-#include <QJsonDocument>
 #include <gtest/gtest.h>
 
 using namespace steplets;
@@ -44,13 +43,8 @@ protected:
             session().sDefaultFillIn[k] = defaults[k - 1];
             session().sDefaultUserPrompt[k] = prompts.value(k - 1);
         }
-        QString error;
-        const QString all = QStringLiteral("[") + steps + QStringLiteral("{\"form\": \"frmNewTask\", \"click\": \"CancelButton\"}]");
-        auto script = scripted::Script::fromJson(QJsonDocument::fromJson(all.toUtf8()).array(), &error);
-        EXPECT_TRUE(script.has_value()) << error.toStdString();
         form.reset();
-        host = std::make_shared<scripted::ScriptedHost>(script.value_or(scripted::Script()),
-                                                        QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
+        host = test::hostWith((QStringLiteral("[") + steps + QStringLiteral("{\"form\": \"frmNewTask\", \"click\": \"CancelButton\"}]")).toUtf8());
         session().ports.ui = host;
         form = std::make_unique<frmNewTask>(*host);
         Bool16 edit(false);
@@ -134,7 +128,7 @@ TEST_F(FillinEditorTest, APromptOutlivesAChangeOfItsFieldsFillinAndTheBoxKeepsIt
 // again: the stored view comes back, and Apply stays enabled.
 TEST_F(FillinEditorTest, TheOptionsDialogActiveAgainSelectsTheStoredViewAndKeepsApplyEnabled)
 {
-    host = std::make_shared<scripted::ScriptedHost>(scripted::Script(), QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
+    host = test::hostWith();
     session().ports.ui = host;
     session().iTaskSelection = Int16(1);
     frmOptions options(*host);

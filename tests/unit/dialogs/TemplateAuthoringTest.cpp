@@ -2,11 +2,10 @@
 // is saved: one report, no new row and no changed row, not even after the lists are read again,
 // and the task the user filled in stays in the task folder.
 #include "../templates/TemplateFixture.h"
-#include "ScriptedHost.h"
+#include "ScriptedSteps.h"
 #include "backends/sqlcipher/Database.h"
 #include "backends/sqlcipher/SqlCipherConnection.h"
 #include "dialogs/TemplateAuthoring.h"
-#include <QJsonDocument>
 
 namespace steplets::test {
 namespace {
@@ -29,10 +28,7 @@ protected:
     // The user's steps; the help note is switched off.
     void script(const char* steps)
     {
-        QString error;
-        auto s = scripted::Script::fromJson(QJsonDocument::fromJson(steps).array(), &error);
-        ASSERT_TRUE(s.has_value()) << error.toStdString();
-        host = std::make_shared<scripted::ScriptedHost>(*s, QDateTime(QDate(2024, 3, 14), QTime(15, 30)));
+        host = hostWith(steps, QDateTime(QDate(2024, 3, 14), QTime(15, 30)));
         display->host = host.get();
         session().ports.ui = host;
         session().bNewTaskDescription = false;
@@ -67,8 +63,6 @@ protected:
     std::shared_ptr<scripted::ScriptedHost> host;
     std::shared_ptr<sqlcipher::Database> locker;
 };
-
-
 
 TEST_F(LockedSave, ANewTemplateAddsNoRowAndItsTaskStays)
 {

@@ -1,13 +1,12 @@
 // frmPrompt on the scripted host, for what the sessions in tests/scenarios cannot reach.
 #include "RecordingSink.h"
-#include "ScriptedHost.h"
+#include "ScriptedSteps.h"
 #include "TempDir.h"
 #include "backends/qsettings/IniSettings.h"
 #include "dialogs/frmPrompt.h"
 #include "session/SessionContext.h"
 #include "session/modInitialize.h"
 #include "templates/EditedTemplate.h"
-#include <QJsonDocument>
 #include <gtest/gtest.h>
 
 using namespace steplets;
@@ -46,12 +45,8 @@ protected:
     // stays for the test to inspect; the host's events are kept.
     frmPrompt& play(const Call& call, const char* steps)
     {
-        QString error;
-        auto script = scripted::Script::fromJson(QJsonDocument::fromJson(steps).array(), &error);
-        EXPECT_TRUE(script.has_value()) << error.toStdString();
         form.reset();   // a form tells its host when it goes, so it goes first
-        host = std::make_unique<scripted::ScriptedHost>(script.value_or(scripted::Script()),
-                                                        QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
+        host = test::hostWith(steps);
         form = std::make_unique<frmPrompt>(*host);
         qint32 mode = call.mode;
         Bool16 anchor(call.anchorDate), prompt(call.userPrompt);
@@ -61,24 +56,9 @@ protected:
         return *form;
     }
 
-    // The first snapshot the script took, as {"caption", "controls"}.
-    QJsonObject snapshot() const
-    {
-        for (const auto& e : host->events())
-            if (e.toObject().contains(QStringLiteral("snapshot"))) return e.toObject().value(QStringLiteral("snapshot")).toObject();
-        ADD_FAILURE() << "no snapshot was taken";
-        return {};
-    }
     QJsonObject control(const QString& name) const
     {
-        return snapshot().value(QStringLiteral("controls")).toObject().value(name).toObject();
-    }
-    std::vector<QJsonObject> messageBoxes() const
-    {
-        std::vector<QJsonObject> boxes;
-        for (const auto& e : host->events())
-            if (e.toObject().contains(QStringLiteral("msgbox"))) boxes.push_back(e.toObject().value(QStringLiteral("msgbox")).toObject());
-        return boxes;
+        return test::firstEvent(*host, QStringLiteral("snapshot")).value(QStringLiteral("controls")).toObject().value(name).toObject();
     }
     test::TempDir dir;
     test::RecordingSink sink{[]() -> QString& { return session().ErrorTrail; }};
@@ -96,7 +76,7 @@ TEST_F(PromptTest, AnUnknownModeKeepsTheDesignCaptionAndAnEmptyHeaderWithTheInpu
     Call call;
     call.mode = 9;
     play(call, kSnapshotThenCancel);
-    EXPECT_EQ(snapshot().value("caption").toString(), QStringLiteral(" Task Template Options"));
+    EXPECT_EQ(test::firstEvent(*host, QStringLiteral("snapshot")).value("caption").toString(), QStringLiteral(" Task Template Options"));
     EXPECT_EQ(control("hdrText").value("caption").toString(), QString());
     EXPECT_TRUE(control("Frame1(1)").value("visible").toBool());
     EXPECT_EQ(control("Frame1(1)").value("caption").toString(), QStringLiteral("Your prompt"));
@@ -141,10 +121,9 @@ TEST_F(PromptTest, OkWithoutADateSaysSoKeepsTheFormOpenAndHasTakenTheTextAlready
                    {"msgbox": "OK", "title": " Anchor Date Required", "text": "Please enter an anchor date."},
                    {"form": "frmPrompt", "date": "ActiveCalendar1", "value": "2026-04-02"},
                    {"form": "frmPrompt", "click": "OKButton"}])");
-    const auto boxes = messageBoxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0].value("icon").toString(), QStringLiteral("exclamation"));
-    EXPECT_TRUE(boxes[0].value("systemModal").toBool());
+    const QJsonObject box = test::firstEvent(*host, QStringLiteral("msgbox"));
+    EXPECT_EQ(box.value("icon").toString(), QStringLiteral("exclamation"));
+    EXPECT_TRUE(box.value("systemModal").toBool());
     EXPECT_EQ(session().sPromptResult, QStringLiteral("first"));
     EXPECT_EQ(session().dPromptAnchorDate, Date::fromParts(2026, 4, 2));
 

@@ -37,11 +37,11 @@ protected:
     {
         session().iContactMode = Int16(static_cast<std::int16_t>(mode));
         form.reset();   // before the host it lives on
-        auto& h = hostFor(steps);
-        form = std::make_unique<frmSelectContacts>(h, combo.reader());
+        host = hostWith(steps);
+        form = std::make_unique<frmSelectContacts>(*host, combo.reader());
         QString contact = shown;
         form->SelectContactDialog(contact);
-        EXPECT_TRUE(h.script().atEnd()) << "every step was played";
+        EXPECT_TRUE(host->script().atEnd()) << "every step was played";
         return *form;
     }
     QStringList offered() const
@@ -95,26 +95,6 @@ TEST_F(SelectContacts, AContactNoLongerActiveLeavesAnEmptyEntryAtTheEnd)
     EXPECT_EQ(selection(), (QStringList{QStringLiteral("c-ben"), QString()}));
     EXPECT_TRUE(session().rsContacts->currentFilter().isEmpty());
     EXPECT_TRUE(sink.failures.empty());
-}
-
-// What a session cannot see: Cancel sets the flag and the close box leaves it, and neither
-// touches the selection an earlier run left.
-TEST_F(SelectContacts, CancelAndTheCloseBoxKeepTheEarlierSelection)
-{
-    const std::pair<const char*, bool> exits[] = {
-        {R"([{"form": "frmSelectContacts", "select": "lbContacts", "item": "Ada Byrne"},
-             {"form": "frmSelectContacts", "click": "CancelButton"}])", true},
-        {R"([{"form": "frmSelectContacts", "select": "lbContacts", "item": "Ada Byrne"},
-             {"form": "frmSelectContacts", "close": true}])", false},
-    };
-    for (const auto& [steps, cancelled] : exits) {
-        session().bPromptCancelled = false;
-        session().aSelectedContacts.redim(1, 1);
-        session().aSelectedContacts[1] = QStringLiteral("c-earlier");
-        play(2, QString(), steps);
-        EXPECT_EQ(bool(session().bPromptCancelled), cancelled);
-        EXPECT_EQ(selection(), QStringList{QStringLiteral("c-earlier")});
-    }
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "RecordingSink.h"
 #include "platform/Guard.h"
 #include "platform/runtime/Int16.h"
 #include <gtest/gtest.h>
@@ -6,22 +7,9 @@
 using namespace steplets;
 
 namespace {
-// Keeps the trail as the session does and records every report.
-class RecordingSink : public FailureSink {
-public:
-    struct Report { long number; QString description; QString location; };
-    void enterTrail(const QString& literal) override { trail_ = trail_.right(1000) + "\r\nX:" + literal; }
-    QString trail() const override { return trail_; }
-    void report(const Failure& f, const QString& location) override { reports.push_back({f.number(), f.description(), location}); }
-    QString trail_;
-    std::vector<Report> reports;
-};
-
 class GuardTest : public ::testing::Test {
 protected:
-    void SetUp() override { installFailureSink(&sink); }
-    void TearDown() override { installFailureSink(nullptr); }
-    RecordingSink sink;
+    test::RecordingSink sink;   // keeps the trail as the session does and records every report
 };
 
 bool countPastTheTop(Int16& counter)
@@ -41,10 +29,10 @@ TEST_F(GuardTest, OverflowIsReportedWithTheTrailAndTheStatementNumber)
 {
     Int16 counter;
     EXPECT_FALSE(countPastTheTop(counter));
-    ASSERT_EQ(sink.reports.size(), 1u);
-    EXPECT_EQ(sink.reports[0].number, 6);
-    EXPECT_EQ(sink.reports[0].description, "Overflow");
-    EXPECT_EQ(sink.reports[0].location, "\r\nX:modTest: CountPastTheTop:Line 40");
+    ASSERT_EQ(sink.failures.size(), 1u);
+    EXPECT_EQ(sink.failures[0].number, 6);
+    EXPECT_EQ(sink.failures[0].description, "Overflow");
+    EXPECT_EQ(sink.failures[0].location, "\r\nX:modTest: CountPastTheTop:Line 40");
     EXPECT_EQ(counter.value(), 32767) << "the routine left at the failing statement";
 }
 
@@ -76,8 +64,8 @@ TEST_F(GuardTest, StepsGoOnAfterAFailureAndIgnoredStretchesKeepTheNumber)
     g.step(30, [&] { throw Failure::typeMismatch(); });
     g.step(40, [&] { done.push_back(40); });
     EXPECT_EQ(done, (std::vector<int>{20, 40}));
-    ASSERT_EQ(sink.reports.size(), 1u);
-    EXPECT_TRUE(sink.reports[0].location.endsWith(":Line 30"));
+    ASSERT_EQ(sink.failures.size(), 1u);
+    EXPECT_TRUE(sink.failures[0].location.endsWith(":Line 30"));
 
     EXPECT_EQ(g.ignoring(50, [] { throw Failure(-2147221233, "The item could not be found"); }), -2147221233);
     EXPECT_EQ(g.ignoring(60, [] {}), 0);
@@ -86,7 +74,7 @@ TEST_F(GuardTest, StepsGoOnAfterAFailureAndIgnoredStretchesKeepTheNumber)
     EXPECT_EQ(g.lastError(), 13);
     EXPECT_FALSE(g.ignoringTest(80, [] { return false; }));
     EXPECT_EQ(g.lastError(), 0);
-    EXPECT_EQ(sink.reports.size(), 1u) << "ignored failures are not reported";
+    EXPECT_EQ(sink.failures.size(), 1u) << "ignored failures are not reported";
 }
 
 TEST_F(GuardTest, AfterActionRunsOnlyOnFailureAndForeignExceptionsBecomeFailures)
@@ -97,7 +85,7 @@ TEST_F(GuardTest, AfterActionRunsOnlyOnFailureAndForeignExceptionsBecomeFailures
     EXPECT_EQ(unloaded, 0);
     EXPECT_FALSE(g.run([] { throw std::runtime_error("disk on fire"); }, [&] { ++unloaded; }));
     EXPECT_EQ(unloaded, 1);
-    ASSERT_EQ(sink.reports.size(), 1u);
-    EXPECT_EQ(sink.reports[0].number, 51);
-    EXPECT_TRUE(sink.reports[0].description.contains("disk on fire"));
+    ASSERT_EQ(sink.failures.size(), 1u);
+    EXPECT_EQ(sink.failures[0].number, 51);
+    EXPECT_TRUE(sink.failures[0].description.contains("disk on fire"));
 }

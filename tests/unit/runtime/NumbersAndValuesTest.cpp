@@ -1,32 +1,22 @@
 #include "platform/runtime/DateFormats.h"
 #include "platform/runtime/Int16.h"
 #include "platform/runtime/Value.h"
+#include "Failures.h"
 #include <gtest/gtest.h>
 
 using namespace steplets;
 
-namespace {
-template <class F>
-long failureNumber(F&& f)
-{
-    try {
-        f();
-    } catch (const Failure& failure) {
-        return failure.number();
-    }
-    return 0;
-}
-} // namespace
+using steplets::test::failureOf;
 
 TEST(Int16Counter, OverflowsOutsideSixteenBits)
 {
     Int16 n(32766);
     ++n;
     EXPECT_EQ(n.value(), 32767);
-    EXPECT_EQ(failureNumber([&] { ++n; }), 6);
+    EXPECT_EQ(failureOf([&] { ++n; }), 6);
     EXPECT_EQ(n.value(), 32767) << "a failed addition leaves the counter as it was";
-    EXPECT_EQ(failureNumber([] { (void)(Int16(200) * Int16(200)); }), 6);
-    EXPECT_EQ(failureNumber([] { (void)Int16::from(-32769LL); }), 6);
+    EXPECT_EQ(failureOf([] { (void)(Int16(200) * Int16(200)); }), 6);
+    EXPECT_EQ(failureOf([] { (void)Int16::from(-32769LL); }), 6);
     EXPECT_EQ(Int16::from(-32768LL).value(), -32768);
     EXPECT_EQ(Int16::from(2.5).value(), 2);
     EXPECT_EQ(Int16::from(3.5).value(), 4);
@@ -36,14 +26,14 @@ TEST(Int16Counter, OverflowsOutsideSixteenBits)
 TEST(BoundedArrayAccess, BoundsAreCheckedAndAbsentUntilDimensioned)
 {
     BoundedArray<QString> a;
-    EXPECT_EQ(failureNumber([&] { (void)a.ubound(); }), 9);
-    EXPECT_EQ(failureNumber([&] { (void)a[1]; }), 9);
+    EXPECT_EQ(failureOf([&] { (void)a.ubound(); }), 9);
+    EXPECT_EQ(failureOf([&] { (void)a[1]; }), 9);
     a.redim(1, 3);
     a[3] = "c";
     EXPECT_EQ(a.lbound(), 1);
     EXPECT_EQ(a.ubound(), 3);
-    EXPECT_EQ(failureNumber([&] { (void)a[0]; }), 9);
-    EXPECT_EQ(failureNumber([&] { (void)a[4]; }), 9);
+    EXPECT_EQ(failureOf([&] { (void)a[0]; }), 9);
+    EXPECT_EQ(failureOf([&] { (void)a[4]; }), 9);
     a.redimPreserve(4);
     EXPECT_EQ(a[3], "c");
     EXPECT_EQ(a.ubound(), 4);
@@ -62,8 +52,8 @@ TEST(ValueConversion, NullFailsStrictlyAndReadsAsDefault)
 {
     const Value null;
     EXPECT_TRUE(null.isNull());
-    EXPECT_EQ(failureNumber([&] { (void)null.toText(); }), 94);
-    EXPECT_EQ(failureNumber([&] { (void)null.toLong(); }), 94);
+    EXPECT_EQ(failureOf([&] { (void)null.toText(); }), 94);
+    EXPECT_EQ(failureOf([&] { (void)null.toLong(); }), 94);
     EXPECT_EQ(null.textOrEmpty(), "");
     EXPECT_EQ(null.longOrZero(), 0);
     EXPECT_FALSE(null.boolOrFalse());
@@ -75,16 +65,16 @@ TEST(ValueConversion, NumbersTextAndDates)
     EXPECT_EQ(Value(2.5).toLong(), 2);
     EXPECT_EQ(Value(-3.5).toLong(), -4);
     EXPECT_EQ(Value(QString(" 42 ")).toLong(), 42);
-    EXPECT_EQ(failureNumber([] { (void)Value("forty").toLong(); }), 13);
-    EXPECT_EQ(failureNumber([] { (void)Value(40000).toInt16(); }), 6);
-    EXPECT_EQ(failureNumber([] { (void)Value(qint64(1) << 40); }), 6);
+    EXPECT_EQ(failureOf([] { (void)Value("forty").toLong(); }), 13);
+    EXPECT_EQ(failureOf([] { (void)Value(40000).toInt16(); }), 6);
+    EXPECT_EQ(failureOf([] { (void)Value(qint64(1) << 40); }), 6);
     EXPECT_TRUE(Value("True").toBool());
     EXPECT_FALSE(Value("false").toBool());
     EXPECT_TRUE(Value(-1).toBool());
-    EXPECT_EQ(failureNumber([] { (void)Value("maybe").toBool(); }), 13);
+    EXPECT_EQ(failureOf([] { (void)Value("maybe").toBool(); }), 13);
     EXPECT_EQ(Value("2026-03-16T15:30:00").toDate().toIso(), "2026-03-16T15:30:00");
     EXPECT_EQ(Value(47483).toDate().toIso(), "2029-12-31T00:00:00");
-    EXPECT_EQ(failureNumber([] { (void)Value("someday").toDate(); }), 13);
+    EXPECT_EQ(failureOf([] { (void)Value("someday").toDate(); }), 13);
     EXPECT_EQ(Value(1.5).toText(), "1.5");
     EXPECT_EQ(Value(Int16(7)).toText(), "7");
 }

@@ -1,7 +1,7 @@
 // The host's call on the real chooser under the scripted host: which sessions make the window,
 // the time-card rule, and the one failure that ends a session before its window.
 #include "RecordingSink.h"
-#include "ScriptedHost.h"
+#include "ScriptedSteps.h"
 #include "TempDir.h"
 #include "backends/qsettings/IniSettings.h"
 #include "component/clsSteplets.h"
@@ -20,9 +20,7 @@ protected:
     // and the chooser, unable to fill its lists, unloads itself unseen.
     clsSteplets component()
     {
-        QString error;
-        auto script = scripted::Script::fromJson(QJsonArray(), &error);
-        host = std::make_shared<scripted::ScriptedHost>(*script, QDateTime(QDate(2024, 3, 14), QTime(9, 0)));
+        host = test::hostWith("[]", QDateTime(QDate(2024, 3, 14), QTime(9, 0)));
         Ports ports;
         ports.ui = host;
         ports.settings = std::make_shared<IniSettings>(dir.path());

@@ -1,6 +1,7 @@
 #pragma once
 // The store port's contract, written once: a backend joins by instantiating RecordsetContract
 // with a StoreBackend that makes empty databases in a directory and a gateway over them.
+#include "Failures.h"
 #include "TempDir.h"
 #include "platform/StoreGateway.h"
 #include <gtest/gtest.h>
@@ -80,18 +81,6 @@ protected:
         for (; !rs.EOF_(); rs.MoveNext()) out << rs.Fields(name).value().textOrEmpty();
         return out;
     }
-
-    // The failure that `f` raises; number 0 when none.
-    static Failure failure(const std::function<void()>& f)
-    {
-        try {
-            f();
-        } catch (const Failure& e) {
-            return e;
-        }
-        return Failure(0, {});
-    }
-    static long failureOf(const std::function<void()>& f) { return failure(f).number(); }
 
     TempDir dir;
     std::unique_ptr<StoreGateway> store;

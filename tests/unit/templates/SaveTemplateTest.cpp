@@ -118,16 +118,13 @@ TEST_F(SaveTemplate, ARecurringTaskStoresItsPatternAndDayDistancesWithOnlyTheEnd
     save(item);
 
     ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].description.toStdString();
-    EXPECT_EQ(stored(col::IsRecurring), Value(true));
-    EXPECT_EQ(stored(col::RecurrenceType), Value(1));
-    EXPECT_EQ(stored(col::Interval), Value(2));
-    EXPECT_EQ(stored(col::DayOfWeekMask), Value(ol::olMonday | ol::olThursday));
-    EXPECT_EQ(stored(col::NoEndDate), Value(false));
-    EXPECT_EQ(stored(col::PatternStartDate), Value(Date::fromParts(2024, 3, 18)));
-    EXPECT_EQ(stored(col::PatternEndDate), Value(Date::fromParts(2024, 4, 1)));
     // Day numbers minus a reference of 15:30: 3.35 and 17.35 days, made whole by the column.
-    EXPECT_EQ(stored(col::PatternStartOffset), Value(3));
-    EXPECT_EQ(stored(col::PatternEndOffset), Value(17));
+    const std::pair<int, Value> pattern[] = {
+        {col::IsRecurring, Value(true)}, {col::RecurrenceType, Value(1)}, {col::Interval, Value(2)},
+        {col::DayOfWeekMask, Value(ol::olMonday | ol::olThursday)}, {col::NoEndDate, Value(false)},
+        {col::PatternStartDate, Value(Date::fromParts(2024, 3, 18))}, {col::PatternEndDate, Value(Date::fromParts(2024, 4, 1))},
+        {col::PatternStartOffset, Value(3)}, {col::PatternEndOffset, Value(17)}};
+    for (const auto& [pos, v] : pattern) EXPECT_EQ(stored(pos), v) << TemplateColumnName(pos).toStdString();
 
     // An end on 31 Dec 2029 or later is kept as no end; a start that late is not guarded.
     auto rs = openTemplates();
@@ -193,27 +190,21 @@ TEST_F(SaveTemplate, AnEditKeepsTheOldTextWhereTheNewOneIsEmpty)
     EXPECT_EQ(openTemplates()->RecordCount(), 1) << "an edit adds no row";
 }
 
+// Without a temporary task, or with distances that overflow (minutes from the year 100 to the
+// no-date value do not fit 32 bits), one failure is reported, no row is written and the task stays.
 TEST_F(SaveTemplate, AFailureLeavesNoRowAndTheTemporaryTaskInItsFolder)
 {
-    auto item = task({{"Subject", "Overflowing"}});
-    EditedTemplate().TemplateItem = item;
-    // Minutes from the year 100 to the no-date value do not fit 32 bits.
-    EditedTemplate().ReferenceDate = Date::fromParts(100, 1, 1);
-    Bool16 bEdit(false);
-    SaveTemplateToDB(bEdit, clock());
-
-    ASSERT_EQ(sink.failures.size(), 1u);
-    EXPECT_EQ(sink.failures[0].number, 6);
-    EXPECT_TRUE(sink.failures[0].location.contains("X:modTasks: SaveTemplateToDB:Line "));
-    EXPECT_EQ(openTemplates()->RecordCount(), 0);
-    EXPECT_EQ(taskFiles(), 1);
-}
-
-TEST_F(SaveTemplate, WithoutATemporaryTaskNothingIsWritten)
-{
-    Bool16 bEdit(false);
-    SaveTemplateToDB(bEdit, clock());
-    ASSERT_EQ(sink.failures.size(), 1u);
-    EXPECT_EQ(sink.failures[0].number, 91);
-    EXPECT_EQ(openTemplates()->RecordCount(), 0);
+    for (const bool withTask : {false, true}) {
+        SCOPED_TRACE(withTask);
+        sink.failures.clear();
+        if (withTask) EditedTemplate().TemplateItem = task({{"Subject", "Overflowing"}});
+        EditedTemplate().ReferenceDate = Date::fromParts(100, 1, 1);
+        Bool16 bEdit(false);
+        SaveTemplateToDB(bEdit, clock());
+        ASSERT_EQ(sink.failures.size(), 1u);
+        EXPECT_EQ(sink.failures[0].number, withTask ? 6 : 91);
+        EXPECT_TRUE(sink.failures[0].location.contains("X:modTasks: SaveTemplateToDB:Line "));
+        EXPECT_EQ(openTemplates()->RecordCount(), 0);
+        EXPECT_EQ(taskFiles(), withTask ? 1 : 0);
+    }
 }

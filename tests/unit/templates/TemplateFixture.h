@@ -1,23 +1,9 @@
 #pragma once
-// Real stores for the template engine: a fresh pair of SQLCipher databases with the shared
-// template recordset open on tblSteplets, a vdir with a task and a contact collection (the demo
-// contacts in it), the session pointing at both, a recording failure sink on the session's trail
-// and a clock that stands where the test puts it.
-#include "RecordingSink.h"
-#include "TempDir.h"
-#include "backends/sqlcipher/Schema.h"
-#include "backends/sqlcipher/SqlCipherStore.h"
-#include "backends/vdir/DemoContacts.h"
-#include "backends/vdir/VdirStore.h"
-#include "platform/OutlookGateway.h"
-#include "platform/StoreGateway.h"
-#include "session/SessionContext.h"
+// The template engine on real stores: the shared template recordset open on tblSteplets.
+#include "StoreFixture.h"
 #include "templates/DateRules.h"
 #include "templates/EditedTemplate.h"
 #include "templates/TemplateRow.h"
-#include <QDir>
-#include <QFile>
-#include <gtest/gtest.h>
 #include <map>
 
 namespace steplets::test {
@@ -32,38 +18,17 @@ public:
 // A template row as a test states it: column position to value; the rest stays Null.
 using RowValues = std::map<int, Value>;
 
-class TemplateFixture : public ::testing::Test {
+class TemplateFixture : public StoreFixture {
 protected:
     // `display` shows the items: nobody by default.
     explicit TemplateFixture(std::shared_ptr<ol::ItemDisplay> display = std::make_shared<NoDisplay>())
+        : StoreFixture(std::move(display))
     {
-        QDir().mkpath(vdirRoot() + QStringLiteral("/tasks"));
-        vdir::writeDemoContacts(vdirRoot() + QStringLiteral("/contacts"));
-        vdir::VdirConfig config;
-        config.root = vdirRoot();
-        config.clock = [this] { return moment; };
-        app = vdir::openVdirStore(config, std::move(display));
-
-        sqlcipher::createDatabases(tmp.path());
-        SessionContext& s = session();
-        s = SessionContext();
-        s.olApp = app;
-        s.olNS = app->GetNamespace(QStringLiteral("MAPI"));
-        s.sTaskFolderEID = QStringLiteral("tasks");
-        s.sTaskFolderSID = QStringLiteral("store");
-        s.cnLocal = db.CreateConnection();
-        s.cnLocal->Open(storeFiles::localConnectionString(tmp.path()));
-        s.rsTemplates = openTemplates();
+        session().cnLocal = connect(storeFiles::localConnectionString(tmp.path()));
+        session().rsTemplates = openTemplates();
         modTasks::ReSetModuleVariables();
-        sink.failures.clear();
     }
-    ~TemplateFixture() override
-    {
-        modTasks::ReSetModuleVariables();
-        session() = SessionContext();
-    }
-
-    QString vdirRoot() const { return tmp.file(QStringLiteral("vdir")); }
+    ~TemplateFixture() override { modTasks::ReSetModuleVariables(); }
 
     // A recordset of its own on tblSteplets, as another reader of the file sees it.
     std::shared_ptr<Recordset> openTemplates()
@@ -107,11 +72,6 @@ protected:
         return [this] { return moment; };
     }
 
-    TempDir tmp;
-    Date moment = Date::fromParts(2024, 3, 14, 15, 30);
-    sqlcipher::SqlCipherStore db;
-    std::shared_ptr<ol::Application> app;
-    RecordingSink sink{[]() -> QString& { return session().ErrorTrail; }};
 };
 
 } // namespace steplets::test

@@ -113,8 +113,8 @@ TEST_F(Recurrence, EndingsFollowEachOther)
 TEST_F(Recurrence, RefusedPatternValues)
 {
     auto pattern = newTask()->GetRecurrencePattern();
-    EXPECT_EQ(failureOf([&] { pattern->set(QStringLiteral("RecurrenceType"), Value(4)); }).number(), vdir::fail::InvalidArgument);
-    EXPECT_EQ(failureOf([&] { pattern->set(QStringLiteral("DayOfWeekMask"), Value(128)); }).number(), vdir::fail::InvalidArgument);
-    EXPECT_EQ(failureOf([&] { pattern->set(QStringLiteral("Interval"), Value(0)); }).number(), vdir::fail::InvalidArgument);
-    EXPECT_EQ(failureOf([&] { pattern->get(QStringLiteral("Frequency")); }).number(), vdir::fail::NoSuchProperty);
+    EXPECT_EQ(failure([&] { pattern->set(QStringLiteral("RecurrenceType"), Value(4)); }).number(), vdir::fail::InvalidArgument);
+    EXPECT_EQ(failure([&] { pattern->set(QStringLiteral("DayOfWeekMask"), Value(128)); }).number(), vdir::fail::InvalidArgument);
+    EXPECT_EQ(failure([&] { pattern->set(QStringLiteral("Interval"), Value(0)); }).number(), vdir::fail::InvalidArgument);
+    EXPECT_EQ(failure([&] { pattern->get(QStringLiteral("Frequency")); }).number(), vdir::fail::NoSuchProperty);
 }

@@ -12,28 +12,21 @@ using Store = VdirFixture;
 
 } // namespace
 
-TEST_F(Store, VersionComesFromConfiguration)
-{
-    EXPECT_EQ(app->Version(), QStringLiteral("11.0"));
-    open(QStringLiteral("10.0.2627"));
-    EXPECT_EQ(app->Version(), QStringLiteral("10.0.2627"));
-}
-
 TEST_F(Store, UnknownIdentifiersAreClearFailures)
 {
-    const Failure unknown = failureOf([&] { ns->GetItemFromID(QStringLiteral("nope"), QStringLiteral("store")); });
+    const Failure unknown = failure([&] { ns->GetItemFromID(QStringLiteral("nope"), QStringLiteral("store")); });
     EXPECT_EQ(unknown.number(), vdir::fail::NotFound);
     EXPECT_TRUE(unknown.description().contains(QStringLiteral("\"nope\"")));
     auto task = newTask();
     task->Save();
-    const Failure wrongStore = failureOf([&] { ns->GetItemFromID(task->EntryID(), QStringLiteral("other")); });
+    const Failure wrongStore = failure([&] { ns->GetItemFromID(task->EntryID(), QStringLiteral("other")); });
     EXPECT_TRUE(wrongStore.description().contains(QStringLiteral("\"other\"")));
-    EXPECT_TRUE(failureOf([&] { ns->GetFolderFromID(QStringLiteral("calendar"), QStringLiteral("store")); })
+    EXPECT_TRUE(failure([&] { ns->GetFolderFromID(QStringLiteral("calendar"), QStringLiteral("store")); })
                     .description().contains(QStringLiteral("\"calendar\"")));
-    EXPECT_TRUE(failureOf([&] { ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("elsewhere")); })
+    EXPECT_TRUE(failure([&] { ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("elsewhere")); })
                     .description().contains(QStringLiteral("\"elsewhere\"")));
-    EXPECT_EQ(failureOf([&] { ns->GetItemFromID(QStringLiteral("../tasks"), QStringLiteral("store")); }).number(), vdir::fail::NotFound);
-    EXPECT_EQ(failureOf([&] { ol::asContact(ns->GetItemFromID(task->EntryID(), QStringLiteral("store"))); }).number(), 13);
+    EXPECT_EQ(failure([&] { ns->GetItemFromID(QStringLiteral("../tasks"), QStringLiteral("store")); }).number(), vdir::fail::NotFound);
+    EXPECT_EQ(failure([&] { ol::asContact(ns->GetItemFromID(task->EntryID(), QStringLiteral("store"))); }).number(), 13);
 }
 
 TEST_F(Store, FolderKnowsItsIdentityAndListsItsItems)
@@ -74,7 +67,7 @@ TEST_F(Store, BadFilesAreSkippedAndLeftUntouched)
     EXPECT_EQ(ns->GetFolderFromID(QStringLiteral("contacts"), QStringLiteral("store"))->Items().Count(), 0);
     for (const QString& name : bad) {
         const QString id = QFileInfo(name).completeBaseName();
-        EXPECT_EQ(failureOf([&] { ns->GetItemFromID(id, QStringLiteral("store")); }).number(), vdir::fail::BadFile) << id.toStdString();
+        EXPECT_EQ(failure([&] { ns->GetItemFromID(id, QStringLiteral("store")); }).number(), vdir::fail::BadFile) << id.toStdString();
         EXPECT_EQ(fileText(tmp.file((name.endsWith(QLatin1String(".ics")) ? "tasks/" : "contacts/") + name)), fileText(golden.filePath(name)))
             << "the file is left as it was";
     }
@@ -83,7 +76,7 @@ TEST_F(Store, BadFilesAreSkippedAndLeftUntouched)
 TEST_F(Store, AFileRepairedOnDiskIsReadAgain)
 {
     writeRaw(QStringLiteral("tasks/fixme.ics"), "BEGIN:VCALENDAR\r\n");
-    EXPECT_EQ(failureOf([&] { ns->GetItemFromID(QStringLiteral("fixme"), QStringLiteral("store")); }).number(), vdir::fail::BadFile);
+    EXPECT_EQ(failure([&] { ns->GetItemFromID(QStringLiteral("fixme"), QStringLiteral("store")); }).number(), vdir::fail::BadFile);
     writeRaw(QStringLiteral("tasks/fixme.ics"),
              "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nBEGIN:VTODO\r\nUID:fixme\r\nSUMMARY:Repaired now\r\n"
              "END:VTODO\r\nEND:VCALENDAR\r\n");
@@ -94,7 +87,7 @@ TEST_F(Store, ACollectionRemovedUnderAnOpenFolderRefusesNewTasks)
 {
     auto folder = ns->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"));
     QDir(tmp.file(QStringLiteral("tasks"))).removeRecursively();
-    EXPECT_EQ(failureOf([&] { folder->Items().Add(); }).number(), vdir::fail::NotFound);
+    EXPECT_EQ(failure([&] { folder->Items().Add(); }).number(), vdir::fail::NotFound);
 }
 
 TEST_F(Store, ItemFilesAreTheUsersAloneAndARewriteKeepsTheirMode)
@@ -135,7 +128,7 @@ TEST_F(Store, AnItemNameThatIsNoRegularFileIsNeverRead)
 {
     ASSERT_TRUE(QFile::link(QStringLiteral("/dev/zero"), tmp.file(QStringLiteral("contacts/zero.vcf"))));
     EXPECT_EQ(ns->GetFolderFromID(QStringLiteral("contacts"), QStringLiteral("store"))->Items().Count(), 0);
-    const Failure f = failureOf([&] { ns->GetItemFromID(QStringLiteral("zero"), QStringLiteral("store")); });
+    const Failure f = failure([&] { ns->GetItemFromID(QStringLiteral("zero"), QStringLiteral("store")); });
     EXPECT_TRUE(f.description().contains(QStringLiteral("\"zero\""))) << f.description().toStdString();
     EXPECT_THROW(vdir::readWholeFile(tmp.file(QStringLiteral("contacts/zero.vcf"))), Failure);
 }

@@ -34,35 +34,28 @@ TEST_F(TaskItems, NewTaskIsUnsavedWithoutEntryIdUntilSaved)
 TEST_F(TaskItems, DefaultsOfANewTask)
 {
     auto task = newTask();
-    EXPECT_EQ(task->get(QStringLiteral("DueDate")), Value(Date::noDate()));
-    EXPECT_EQ(task->get(QStringLiteral("StartDate")), Value(Date::noDate()));
-    EXPECT_EQ(task->get(QStringLiteral("Importance")), Value(1));
-    EXPECT_EQ(task->get(QStringLiteral("Status")), Value(0));
-    EXPECT_EQ(task->get(QStringLiteral("IsRecurring")), Value(false));
-    EXPECT_EQ(task->get(QStringLiteral("Complete")), Value(false));
+    const std::pair<const char*, Value> defaults[] = {
+        {"DueDate", Value(Date::noDate())}, {"StartDate", Value(Date::noDate())}, {"Importance", Value(1)},
+        {"Status", Value(0)}, {"IsRecurring", Value(false)}, {"Complete", Value(false)}};
+    for (const auto& [name, v] : defaults) EXPECT_EQ(task->get(QString::fromLatin1(name)), v) << name;
 }
 
 // Every property read from a file and saved again is pinned by golden/.
 TEST_F(TaskItems, StandardPropertiesAreWrittenAsOtherClientsExpect)
 {
     auto task = newTask();
-    task->set(QStringLiteral("Subject"), Value("Call Ada"));
-    task->set(QStringLiteral("DueDate"), Value(kDue));
-    task->set(QStringLiteral("Importance"), Value(2));
-    task->set(QStringLiteral("Sensitivity"), Value(2));
-    task->set(QStringLiteral("Categories"), Value("Business, Clients"));
-    task->set(QStringLiteral("ReminderSet"), Value(true));
-    task->set(QStringLiteral("ReminderTime"), Value(Date::fromParts(2024, 5, 17, 9, 0)));
+    const std::pair<const char*, Value> written[] = {
+        {"Subject", Value("Call Ada")}, {"DueDate", Value(kDue)}, {"Importance", Value(2)}, {"Sensitivity", Value(2)},
+        {"Categories", Value("Business, Clients")}, {"ReminderSet", Value(true)},
+        {"ReminderTime", Value(Date::fromParts(2024, 5, 17, 9, 0))}};
+    for (const auto& [name, v] : written) task->set(QString::fromLatin1(name), v);
     task->Save();
     const QByteArray ics = fileText(taskFile(task->EntryID()));
-    EXPECT_TRUE(ics.contains("SUMMARY:Call Ada\r\n"));
-    EXPECT_TRUE(ics.contains("DUE:20240517T093000\r\n")) << "floating local time";
-    EXPECT_TRUE(ics.contains("PRIORITY:1\r\n"));
-    EXPECT_TRUE(ics.contains("CLASS:PRIVATE\r\n"));
-    EXPECT_TRUE(ics.contains("CATEGORIES:Business\r\n"));
-    EXPECT_TRUE(ics.contains("CATEGORIES:Clients\r\n"));
-    EXPECT_TRUE(ics.contains("TRIGGER;VALUE=DATE-TIME:20240517T090000Z\r\n"));
-    EXPECT_TRUE(ics.contains("UID:" + task->EntryID().toUtf8()));
+    const QList<QByteArray> lines{"SUMMARY:Call Ada", "DUE:20240517T093000" /* floating local time */, "PRIORITY:1", "CLASS:PRIVATE",
+                                  "CATEGORIES:Business", "CATEGORIES:Clients", "TRIGGER;VALUE=DATE-TIME:20240517T090000Z",
+                                  "UID:" + task->EntryID().toUtf8()};
+    for (const QByteArray& line : lines)
+        EXPECT_TRUE(ics.contains(line + "\r\n")) << line.constData();
 }
 
 TEST_F(TaskItems, NoDateMeansNoDueProperty)
@@ -76,39 +69,44 @@ TEST_F(TaskItems, NoDateMeansNoDueProperty)
     EXPECT_EQ(reload(task->EntryID())->get(QStringLiteral("DueDate")).toDate().toIso(), QStringLiteral("4501-01-01T00:00:00"));
 }
 
-TEST_F(TaskItems, RefusedValuesAreFailuresAndLeaveTheItemAsItWas)
+// Out-of-range values, unknown and read-only properties, and the body outside SafeTaskItem are
+// failures that name what was refused and leave the item as it was.
+TEST_F(TaskItems, RefusedWritesAndReadsAreFailuresThatLeaveTheItemAsItWas)
 {
     auto task = newTask();
     task->set(QStringLiteral("PercentComplete"), Value(30));
-    const Failure percent = failureOf([&] { task->set(QStringLiteral("PercentComplete"), Value(101)); });
-    EXPECT_TRUE(percent.description().contains(QStringLiteral("PercentComplete")));
+    const auto set = [&](const char* name, const Value& v) { return [=] { task->set(QString::fromLatin1(name), v); }; };
+    const auto get = [&](const char* name) { return [=] { task->get(QString::fromLatin1(name)); }; };
+    const std::tuple<const char*, std::function<void()>, long, const char*> refused[] = {
+        {"101 percent", set("PercentComplete", Value(101)), 0, "PercentComplete"},
+        {"-1 percent", set("PercentComplete", Value(-1)), 0, "between 0 and 100"},
+        {"before 1601", set("DueDate", Value(Date::fromParts(1600, 12, 31))), 0, "1601"},
+        {"text as work", set("ActualWork", Value("lots")), 13, ""},
+        {"importance 3", set("Importance", Value(3)), vdir::fail::InvalidArgument, ""},
+        {"unknown read", get("Colour"), vdir::fail::NoSuchProperty, "\"Colour\""},
+        {"unknown write", set("Colour", Value(1)), vdir::fail::NoSuchProperty, ""},
+        {"IsRecurring", set("IsRecurring", Value(true)), 0, "read-only"},
+        {"EntryID", set("EntryID", Value("x")), 0, "read-only"},
+        {"body read", get("Body"), 0, "SafeTaskItem"},
+        {"body write", set("Body", Value("x")), 0, "SafeTaskItem"},
+    };
+    for (const auto& [what, act, number, named] : refused) {
+        const Failure f = failure(act);
+        EXPECT_NE(f.number(), 0) << what;
+        if (number) {
+            EXPECT_EQ(f.number(), number) << what;
+        }
+        EXPECT_TRUE(f.description().contains(QString::fromLatin1(named))) << what << ": " << f.description().toStdString();
+    }
     EXPECT_EQ(task->get(QStringLiteral("PercentComplete")), Value(30));
-    EXPECT_TRUE(failureOf([&] { task->set(QStringLiteral("PercentComplete"), Value(-1)); }).description().contains(QStringLiteral("between 0 and 100")));
-    const Failure early = failureOf([&] { task->set(QStringLiteral("DueDate"), Value(Date::fromParts(1600, 12, 31))); });
-    EXPECT_TRUE(early.description().contains(QStringLiteral("1601")));
-    EXPECT_EQ(failureOf([&] { task->set(QStringLiteral("ActualWork"), Value("lots")); }).number(), 13);
-    EXPECT_EQ(failureOf([&] { task->set(QStringLiteral("Importance"), Value(3)); }).number(), vdir::fail::InvalidArgument);
     EXPECT_NO_THROW(task->set(QStringLiteral("DueDate"), Value(Date::fromParts(1601, 1, 1))));
 }
 
-TEST_F(TaskItems, UnknownAndReadOnlyPropertiesAreFailures)
+TEST_F(TaskItems, BodyIsReachedThroughSafeTaskItem)
 {
     auto task = newTask();
-    const Failure unknown = failureOf([&] { task->get(QStringLiteral("Colour")); });
-    EXPECT_EQ(unknown.number(), vdir::fail::NoSuchProperty);
-    EXPECT_TRUE(unknown.description().contains(QStringLiteral("\"Colour\"")));
-    EXPECT_EQ(failureOf([&] { task->set(QStringLiteral("Colour"), Value(1)); }).number(), vdir::fail::NoSuchProperty);
-    EXPECT_TRUE(failureOf([&] { task->set(QStringLiteral("IsRecurring"), Value(true)); }).description().contains(QStringLiteral("read-only")));
-    EXPECT_TRUE(failureOf([&] { task->set(QStringLiteral("EntryID"), Value("x")); }).description().contains(QStringLiteral("read-only")));
-}
-
-TEST_F(TaskItems, BodyIsReachedOnlyThroughSafeTaskItem)
-{
-    auto task = newTask();
-    EXPECT_TRUE(failureOf([&] { task->get(QStringLiteral("Body")); }).description().contains(QStringLiteral("SafeTaskItem")));
-    EXPECT_TRUE(failureOf([&] { task->set(QStringLiteral("Body"), Value("x")); }).description().contains(QStringLiteral("SafeTaskItem")));
     SafeTaskItem safe;
-    EXPECT_EQ(failureOf([&] { safe.Body(); }).number(), 91);
+    EXPECT_EQ(failure([&] { safe.Body(); }).number(), 91);
     safe.setItem(task);
     safe.setBody(QStringLiteral("notes"));
     EXPECT_FALSE(task->Saved());
@@ -147,9 +145,9 @@ TEST_F(TaskItems, DeleteRemovesTheFileAndAnUnsavedTaskIsJustDropped)
     task->Delete();
     EXPECT_FALSE(QFile::exists(taskFile(id)));
     EXPECT_FALSE(task->Saved());
-    const Failure again = failureOf([&] { task->Save(); });
+    const Failure again = failure([&] { task->Save(); });
     EXPECT_TRUE(again.description().contains(QStringLiteral("deleted")));
-    const Failure gone = failureOf([&] { ns->GetItemFromID(id, QStringLiteral("store")); });
+    const Failure gone = failure([&] { ns->GetItemFromID(id, QStringLiteral("store")); });
     EXPECT_TRUE(gone.description().contains(id));
 }
 

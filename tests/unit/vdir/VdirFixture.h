@@ -1,6 +1,7 @@
 #pragma once
 // A real vdir in a temporary directory with a task and a contact collection, and a scripted
 // user for Display.
+#include "Failures.h"
 #include "TempDir.h"
 #include "backends/vdir/VdirFiles.h"
 #include "backends/vdir/VdirStore.h"
@@ -80,18 +81,5 @@ protected:
     std::shared_ptr<ol::Application> app;
     std::shared_ptr<ol::NameSpace> ns;
 };
-
-// Runs f and gives the failure it raised; a test fails if it raised none.
-template <typename F>
-Failure failureOf(F&& f)
-{
-    try {
-        f();
-    } catch (const Failure& failure) {
-        return failure;
-    }
-    ADD_FAILURE() << "expected a failure";
-    return Failure(0, QString());
-}
 
 } // namespace steplets::test
