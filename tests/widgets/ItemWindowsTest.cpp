@@ -8,60 +8,25 @@
 #include "backends/vdir/DemoContacts.h"
 #include "backends/vdir/VdirStore.h"
 #include <QCheckBox>
-#include <QComboBox>
 #include <QDateEdit>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QSpinBox>
 #include <QTabWidget>
-#include <QTest>
 
 namespace steplets::qt {
 namespace {
 
-// The person at the screen for message boxes: answers the next one that shows with `button`.
-struct BoxAnswer {
-    QString text;
-    bool seen = false;
-    QTimer poll;
-};
-std::unique_ptr<BoxAnswer> answerNextBox(QMessageBox::StandardButton button)
-{
-    auto answer = std::make_unique<BoxAnswer>();
-    QObject::connect(&answer->poll, &QTimer::timeout, [a = answer.get(), button] {
-        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            a->poll.stop();
-            a->seen = true;
-            a->text = box->text();
-            box->button(button)->click();
-        }
-    });
-    answer->poll.start(10);
-    return answer;
-}
+using test::answerNextBox;
+using test::child;
+using test::press;
+using test::showAndWait;
+using test::typeInto;
 
-template <typename W = QWidget>
-W* child(QWidget& parent, const QString& name)
-{
-    W* w = parent.findChild<W*>(name);
-    EXPECT_NE(w, nullptr) << "no widget " << name.toStdString();
-    return w;
-}
-void typeInto(QWidget* w, const QString& text)
-{
-    QTest::keyClick(w, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(w, text);
-}
 void chooseByKeys(QComboBox* combo, int index)
 {
     QTest::keyClick(combo, Qt::Key_Home);
     for (int i = 0; i < index; ++i) QTest::keyClick(combo, Qt::Key_Down);
 }
-void press(QWidget* button) { QTest::keyClick(button, Qt::Key_Space); }
 void saveAndClose(QWidget& w) { QTest::mouseClick(child<QPushButton>(w, QStringLiteral("saveAndClose")), Qt::LeftButton); }
 
 class ItemWindowsTest : public ::testing::Test {
@@ -99,11 +64,6 @@ protected:
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
     int taskFiles() const { return QDir(tmp.file(QStringLiteral("tasks"))).entryList({QStringLiteral("*.ics")}, QDir::Files).size(); }
-    static void showAndWait(QWidget& w)
-    {
-        w.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
-    }
 
     test::TempDir tmp;
     std::vector<std::shared_ptr<ol::Application>> apps;
@@ -316,20 +276,9 @@ TEST_F(ItemWindowsTest, RecurrenceChangedOrTurnedOffInTheWindowChangesTheFile)
 
 // --- Closing, sending ---
 
-TEST_F(ItemWindowsTest, ClosingAsksOnlyAboutAChangeAndNoDiscardsItCancelStaysYesSaves)
+// No discarding a change is played by the scenario files on the Qt host.
+TEST_F(ItemWindowsTest, ClosingAsksOnlyAboutAChangeAndCancelStaysYesSaves)
 {
-    auto fresh = newTask(QStringLiteral("Never kept"));
-    {
-        TaskWindow w(*fresh);
-        showAndWait(w);
-        typeInto(child(w, QStringLiteral("Subject")), QStringLiteral("Changed"));
-        const auto box = answerNextBox(QMessageBox::No);
-        QTest::keyClick(&w, Qt::Key_Escape);
-        EXPECT_TRUE(box->seen);
-        EXPECT_FALSE(w.isVisible());
-    }
-    EXPECT_EQ(taskFiles(), 0) << "a new task closed unsaved leaves no file";
-
     auto task = newTask(QStringLiteral("Before"), true);
     const QByteArray before = fileOf(task);
     {

@@ -1,6 +1,6 @@
 // Every window of the program as a user meets it, on the offscreen platform: each is reached by
 // a script played on the desktop program's own session (real input on the widgets, a virtual
-// clock), then checked (WindowChecks.h) and photographed where it waits. CTest runs this at 100 %
+// clock), then checked (WidgetSupport.h) and photographed where it waits. CTest runs this at 100 %
 // and at 200 % scale. With STEPLETS_DOCS_DIR set, the pictures the README shows are written there.
 // A new window is one more row of the table.
 #include "Desktop.h"
@@ -12,7 +12,6 @@
 #include "TempDir.h"
 #include "VirtualClock.h"
 #include "WidgetSupport.h"
-#include "WindowChecks.h"
 #include "backends/vdir/DemoContacts.h"
 #include "session/SessionContext.h"
 #include <QFile>
