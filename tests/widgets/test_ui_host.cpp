@@ -238,17 +238,6 @@ TEST_P(UiHostContract, WhatCannotBePlayedEndsTheShowNamingWhy)
 
 // --- Time: timers and yielding on the virtual clock ---
 
-TEST_P(UiHostContract, AWaitFiresEveryTimerDueWithinItAndASnapshotIsTakenAtItsMoment)
-{
-    Window w(host(R"([{"wait": 2.5}, {"form": "frmTest", "snapshot": true}, {"form": "frmTest", "close": true}])"));
-    w.Timer1.setInterval(1000);
-    w.Timer1.Tick.connect([&] { w.lblInfo.setCaption(w.lblInfo.Caption() + QLatin1Char('x')); });
-    w.onLoad = [&] { w.Timer1.setEnabled(true); };
-    w.Show();
-    EXPECT_EQ(played->at("snapshot"), QStringLiteral("2026-03-16T15:30:02.500"));
-    EXPECT_EQ(control(played->events("snapshot").value(0), "lblInfo").value("caption").toString(), QStringLiteral("xx"));
-}
-
 // A window that starts two seconds of paced work a second after it is shown, yields until the
 // pacing timer has ticked 20 times, and refuses to close while it works.
 class PacedWindow : public Window {
@@ -276,8 +265,9 @@ public:
     int ticks = 0;
 };
 
-// Steps after a wait that runs out inside the work act there, as a person's clicks get in
-// between the ticks; steps for anything else wait for their own turn.
+// A wait fires every timer due within it, and a snapshot is taken at its moment. Steps after a
+// wait that runs out inside the work act there, as a person's clicks get in between the ticks;
+// steps for anything else wait for their own turn.
 TEST_P(UiHostContract, AWaitRunningOutInAPauseHandsTheFollowingStepsToTheActiveWindow)
 {
     struct Case {
