@@ -119,15 +119,14 @@ TEST_F(ItemWindowsTest, EveryFieldSetOnEitherPageIsInTheFileUnderItsOwnProperty)
         {"Sensitivity", Value(int(ol::olPrivate))}, {"ReminderPlaySound", Value(true)},
         {"ReminderOverrideDefault", Value(true)},  {"NoAging", Value(true)},
         {"TeamTask", Value(true)},                 {"ReminderSoundFile", Value("ReminderSoundFile 90")},
+        {"StartDate", Value(Date::fromParts(2025, 4, 7))}, {"DueDate", Value(Date::fromParts(2025, 4, 30))},
+        {"ReminderTime", Value(Date::fromParts(2025, 4, 29, 9, 15))},
     };
     for (const auto& [name, value] : stored) {
         const Value v = back->get(QString::fromLatin1(name));
         if (value.type() == Value::Type::Text) EXPECT_EQ(v.textOrEmpty(), value.toText()) << name;
         else EXPECT_EQ(v.toDouble(), value.toDouble()) << name;
     }
-    EXPECT_EQ(back->get(QStringLiteral("StartDate")).toDate(), Date::fromParts(2025, 4, 7));
-    EXPECT_EQ(back->get(QStringLiteral("DueDate")).toDate(), Date::fromParts(2025, 4, 30));
-    EXPECT_EQ(back->get(QStringLiteral("ReminderTime")).toDate(), Date::fromParts(2025, 4, 29, 9, 15));
     SafeTaskItem safe;
     safe.setItem(back);
     EXPECT_EQ(safe.Body(), QStringLiteral("Ask for the receipts\nthen file"));
