@@ -8,60 +8,25 @@
 #include "backends/vdir/DemoContacts.h"
 #include "backends/vdir/VdirStore.h"
 #include <QCheckBox>
-#include <QComboBox>
 #include <QDateEdit>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QSpinBox>
 #include <QTabWidget>
-#include <QTest>
 
 namespace steplets::qt {
 namespace {
 
-// The person at the screen for message boxes: answers the next one that shows with `button`.
-struct BoxAnswer {
-    QString text;
-    bool seen = false;
-    QTimer poll;
-};
-std::unique_ptr<BoxAnswer> answerNextBox(QMessageBox::StandardButton button)
-{
-    auto answer = std::make_unique<BoxAnswer>();
-    QObject::connect(&answer->poll, &QTimer::timeout, [a = answer.get(), button] {
-        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            a->poll.stop();
-            a->seen = true;
-            a->text = box->text();
-            box->button(button)->click();
-        }
-    });
-    answer->poll.start(10);
-    return answer;
-}
+using test::answerNextBox;
+using test::child;
+using test::press;
+using test::showAndWait;
+using test::typeInto;
 
-template <typename W = QWidget>
-W* child(QWidget& parent, const QString& name)
-{
-    W* w = parent.findChild<W*>(name);
-    EXPECT_NE(w, nullptr) << "no widget " << name.toStdString();
-    return w;
-}
-void typeInto(QWidget* w, const QString& text)
-{
-    QTest::keyClick(w, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(w, text);
-}
 void chooseByKeys(QComboBox* combo, int index)
 {
     QTest::keyClick(combo, Qt::Key_Home);
     for (int i = 0; i < index; ++i) QTest::keyClick(combo, Qt::Key_Down);
 }
-void press(QWidget* button) { QTest::keyClick(button, Qt::Key_Space); }
 void saveAndClose(QWidget& w) { QTest::mouseClick(child<QPushButton>(w, QStringLiteral("saveAndClose")), Qt::LeftButton); }
 
 class ItemWindowsTest : public ::testing::Test {
@@ -99,11 +64,6 @@ protected:
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
     int taskFiles() const { return QDir(tmp.file(QStringLiteral("tasks"))).entryList({QStringLiteral("*.ics")}, QDir::Files).size(); }
-    static void showAndWait(QWidget& w)
-    {
-        w.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
-    }
 
     test::TempDir tmp;
     std::vector<std::shared_ptr<ol::Application>> apps;
@@ -159,15 +119,14 @@ TEST_F(ItemWindowsTest, EveryFieldSetOnEitherPageIsInTheFileUnderItsOwnProperty)
         {"Sensitivity", Value(int(ol::olPrivate))}, {"ReminderPlaySound", Value(true)},
         {"ReminderOverrideDefault", Value(true)},  {"NoAging", Value(true)},
         {"TeamTask", Value(true)},                 {"ReminderSoundFile", Value("ReminderSoundFile 90")},
+        {"StartDate", Value(Date::fromParts(2025, 4, 7))}, {"DueDate", Value(Date::fromParts(2025, 4, 30))},
+        {"ReminderTime", Value(Date::fromParts(2025, 4, 29, 9, 15))},
     };
     for (const auto& [name, value] : stored) {
         const Value v = back->get(QString::fromLatin1(name));
         if (value.type() == Value::Type::Text) EXPECT_EQ(v.textOrEmpty(), value.toText()) << name;
         else EXPECT_EQ(v.toDouble(), value.toDouble()) << name;
     }
-    EXPECT_EQ(back->get(QStringLiteral("StartDate")).toDate(), Date::fromParts(2025, 4, 7));
-    EXPECT_EQ(back->get(QStringLiteral("DueDate")).toDate(), Date::fromParts(2025, 4, 30));
-    EXPECT_EQ(back->get(QStringLiteral("ReminderTime")).toDate(), Date::fromParts(2025, 4, 29, 9, 15));
     SafeTaskItem safe;
     safe.setItem(back);
     EXPECT_EQ(safe.Body(), QStringLiteral("Ask for the receipts\nthen file"));
@@ -316,20 +275,9 @@ TEST_F(ItemWindowsTest, RecurrenceChangedOrTurnedOffInTheWindowChangesTheFile)
 
 // --- Closing, sending ---
 
-TEST_F(ItemWindowsTest, ClosingAsksOnlyAboutAChangeAndNoDiscardsItCancelStaysYesSaves)
+// No discarding a change is played by the scenario files on the Qt host.
+TEST_F(ItemWindowsTest, ClosingAsksOnlyAboutAChangeAndCancelStaysYesSaves)
 {
-    auto fresh = newTask(QStringLiteral("Never kept"));
-    {
-        TaskWindow w(*fresh);
-        showAndWait(w);
-        typeInto(child(w, QStringLiteral("Subject")), QStringLiteral("Changed"));
-        const auto box = answerNextBox(QMessageBox::No);
-        QTest::keyClick(&w, Qt::Key_Escape);
-        EXPECT_TRUE(box->seen);
-        EXPECT_FALSE(w.isVisible());
-    }
-    EXPECT_EQ(taskFiles(), 0) << "a new task closed unsaved leaves no file";
-
     auto task = newTask(QStringLiteral("Before"), true);
     const QByteArray before = fileOf(task);
     {
@@ -392,12 +340,11 @@ TEST_F(ItemWindowsTest, TheContactWindowShowsTheCardReadOnly)
     ContactWindow w(*contact);
     showAndWait(w);
     test::saveScreenshot(&w, QStringLiteral("ContactWindow"));
-    EXPECT_EQ(w.shown(QStringLiteral("FullName")), demo.fullName());
-    EXPECT_EQ(w.shown(QStringLiteral("CompanyName")), demo.companyName);
-    EXPECT_EQ(w.shown(QStringLiteral("Email1Address")), demo.email);
-    EXPECT_EQ(w.shown(QStringLiteral("BusinessTelephoneNumber")), demo.phone);
-    EXPECT_TRUE(w.shown(QStringLiteral("BusinessAddress")).contains(demo.street));
-    EXPECT_TRUE(w.shown(QStringLiteral("BusinessAddress")).contains(demo.city));
+    EXPECT_EQ(QStringList({w.shown(QStringLiteral("FullName")), w.shown(QStringLiteral("CompanyName")),
+                           w.shown(QStringLiteral("Email1Address")), w.shown(QStringLiteral("BusinessTelephoneNumber"))}),
+              QStringList({demo.fullName(), demo.companyName, demo.email, demo.phone}));
+    EXPECT_TRUE(w.shown(QStringLiteral("BusinessAddress")).contains(demo.street) &&
+                w.shown(QStringLiteral("BusinessAddress")).contains(demo.city));
     EXPECT_EQ(w.findChild<QWidget*>(QStringLiteral("PagerNumber")), nullptr);
     // Nothing on it looks or acts like a field that could be edited.
     EXPECT_TRUE(w.findChildren<QLineEdit*>().isEmpty());

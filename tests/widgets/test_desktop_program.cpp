@@ -42,17 +42,9 @@ TEST(DesktopCommandLine, EachOptionSetsItsArgumentAndWithoutOptionsTheDemoUserKe
                                        "--task-folder", "todo", "--description", "Audit"});
     ASSERT_EQ(p.outcome, ParsedCommandLine::Outcome::Run) << p.text.toStdString();
     const HostArguments& a = p.options.args;
-    EXPECT_EQ(a.lTimeCardID, 42);
-    EXPECT_EQ(a.sContactID, -3);
-    EXPECT_EQ(a.sUserName, QStringLiteral("Ada Byrne"));
-    EXPECT_EQ(a.sContactTerm, QStringLiteral("Client"));
-    EXPECT_EQ(a.sJobOrder, QStringLiteral("JO-7"));
-    EXPECT_TRUE(a.bManageContacts);
-    EXPECT_TRUE(a.bSelectContactByAcct);
-    EXPECT_EQ(a.sUserFldrSID.toText(), QStringLiteral("S2"));
-    EXPECT_EQ(a.sTaskFolderEID, QStringLiteral("todo"));
-    EXPECT_EQ(a.sDesc, QStringLiteral("Audit"));
-    EXPECT_EQ(p.options.home, QStringLiteral("/tmp/h"));
+    EXPECT_EQ(std::tuple(a.lTimeCardID, a.sContactID, a.bManageContacts, a.bSelectContactByAcct), std::tuple(42, -3, true, true));
+    EXPECT_EQ(QStringList({a.sUserName, a.sContactTerm, a.sJobOrder, a.sUserFldrSID.toText(), a.sTaskFolderEID, a.sDesc, p.options.home}),
+              QStringList({"Ada Byrne", "Client", "JO-7", "S2", "todo", "Audit", "/tmp/h"}));
 
     const ParsedCommandLine none = parse({});
     ASSERT_EQ(none.outcome, ParsedCommandLine::Outcome::Run);

@@ -5,7 +5,6 @@
 #include "FormWidgets.h"
 #include "QtUiHost.h"
 #include "WidgetSupport.h"
-#include "WindowChecks.h"
 #include "controls/Controls.h"
 #include "dialogs/frmNewTask.h"
 #include "dialogs/frmPrompt.h"

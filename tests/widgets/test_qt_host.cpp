@@ -6,9 +6,11 @@
 #include "WidgetSupport.h"
 #include "controls/Controls.h"
 #include "TempDir.h"
+#include "UrlRecorder.h"
 #include "backends/vdir/DemoContacts.h"
 #include "backends/vdir/VdirStore.h"
 #include <QDir>
+#include <QFile>
 #include <QPointer>
 #include <QCheckBox>
 #include <QComboBox>
@@ -415,6 +417,35 @@ TEST_F(QtHostTest, WithoutAVirtualClockTimersTickOnTheEventLoopAndThePointerIsTh
     EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::PointingHandCursor);
     host.setScreenMousePointer(Control::Default);
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+// F1 in any window of the process opens the HTML page that stands for the help file, beside the
+// help file, else in the program's data folder; with neither, one line goes to the log.
+TEST_F(QtHostTest, F1OpensThePageOfTheHelpFilesBaseNameBesideItElseInTheDataFolderElseLogsThatThereIsNone)
+{
+    struct Case {
+        bool beside, inData;
+        int opensFrom;   // 0 beside, 1 data folder, -1 none
+    };
+    for (const Case c : {Case{true, true, 0}, Case{false, true, 1}, Case{false, false, -1}}) {
+        test::TempDir folders[2];
+        for (int i = 0; i < 2; ++i)
+            if (i == 0 ? c.beside : c.inData) {
+                ASSERT_TRUE(QFile(folders[i].file(QStringLiteral("Ordivane.html"))).open(QIODevice::WriteOnly));
+            }
+        test::UrlRecorder recorder;
+        QStringList logged;
+        host.setHelp({folders[1].path()}, [&logged](const QString& line) { logged << line; });
+        // As the component names it: its folder, a Windows separator, the .chm.
+        host.setHelpFile(folders[0].path() + QStringLiteral("\\Ordivane.chm"));
+        QLineEdit anyWindow;
+        anyWindow.show();
+        QTest::keyClick(&anyWindow, Qt::Key_F1);
+        const QList<QUrl> expected = c.opensFrom < 0 ? QList<QUrl>{} : QList<QUrl>{QUrl::fromLocalFile(folders[c.opensFrom].file(QStringLiteral("Ordivane.html")))};
+        EXPECT_EQ(recorder.opened, expected);
+        EXPECT_EQ(logged.size(), c.opensFrom < 0 ? 1 : 0);
+        EXPECT_TRUE(c.opensFrom >= 0 || logged.value(0).contains(QStringLiteral("Ordivane.chm"))) << logged.value(0).toStdString();
+    }
 }
 
 } // namespace

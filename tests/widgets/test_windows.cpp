@@ -1,6 +1,6 @@
 // Every window of the program as a user meets it, on the offscreen platform: each is reached by
 // a script played on the desktop program's own session (real input on the widgets, a virtual
-// clock), then checked (WindowChecks.h) and photographed where it waits. CTest runs this at 100 %
+// clock), then checked (WidgetSupport.h) and photographed where it waits. CTest runs this at 100 %
 // and at 200 % scale. With STEPLETS_DOCS_DIR set, the pictures the README shows are written there.
 // A new window is one more row of the table.
 #include "Desktop.h"
@@ -12,7 +12,6 @@
 #include "TempDir.h"
 #include "VirtualClock.h"
 #include "WidgetSupport.h"
-#include "WindowChecks.h"
 #include "backends/vdir/DemoContacts.h"
 #include "session/SessionContext.h"
 #include <QFile>
@@ -29,8 +28,7 @@ enum class Mode { Manage, Process };
 // session), looked at just before step `lookAt` (from 1) is played, found by its object name (a
 // form's name, "MsgBox", "TaskWindow", "ContactWindow", "ContactPickerDialog", ...).
 struct Sight {
-    const char* shot;
-    bool forDocs;
+    const char* shot;   // also a picture of the README
     Mode mode;
     int lookAt;
     const char* window;
@@ -47,76 +45,70 @@ struct Sight {
 
 // In the order a user meets them, as the README shows them.
 const Sight kSights[] = {
-    {"chooser-manage", true, Mode::Manage, 1, "frmSteplet", "[" LOOK("frmSteplet") "," CLOSE "]"},
-    {"chooser-manage-templates", true, Mode::Manage, 2, "frmSteplet", "[" TEMPLATES "," LOOK("frmSteplet") "," CLOSE "]"},
-    {"msgbox-delete-template", true, Mode::Manage, 4, "MsgBox",
+    {"chooser-manage", Mode::Manage, 1, "frmSteplet", "[" LOOK("frmSteplet") "," CLOSE "]"},
+    {"chooser-manage-templates", Mode::Manage, 2, "frmSteplet", "[" TEMPLATES "," LOOK("frmSteplet") "," CLOSE "]"},
+    {"msgbox-delete-template", Mode::Manage, 4, "MsgBox",
      "[" TEMPLATES "," TICK("Renew professional license") "," CLICK("frmSteplet", "cmdDelete") R"(,{"msgbox":"No"},)" CLOSE "]"},
-    {"template-options-new", true, Mode::Manage, 3, "frmNewTask",
+    {"template-options-new", Mode::Manage, 3, "frmNewTask",
      "[" TEMPLATES "," CLICK("frmSteplet", "cmdAdd") "," LOOK("frmNewTask") "," CLICK("frmNewTask", "CancelButton") "," CLOSE "]"},
-    {"template-options-fillins", true, Mode::Manage, 4, "frmNewTask",
+    {"template-options-fillins", Mode::Manage, 4, "frmNewTask",
      "[" TEMPLATES "," CLICK("frmSteplet", "cmdAdd") R"(,{"form":"frmNewTask","tab":"TabStrip1","index":2},)" LOOK("frmNewTask") ","
          CLICK("frmNewTask", "CancelButton") "," CLOSE "]"},
-    {"prompt-new-template-help", true, Mode::Manage, 4, "frmPrompt",
+    {"prompt-new-template-help", Mode::Manage, 4, "frmPrompt",
      "[" TEMPLATES "," CLICK("frmSteplet", "cmdAdd") "," CLICK("frmNewTask", "CreateEditButton") "," LOOK("frmPrompt") ","
          CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
-    {"template-options-edit", true, Mode::Manage, 4, "frmNewTask",
+    {"template-options-edit", Mode::Manage, 4, "frmNewTask",
      "[" TEMPLATES "," TICK("Renew professional license") "," CLICK("frmSteplet", "cmdEdit") "," LOOK("frmNewTask") ","
          CLICK("frmNewTask", "CancelButton") "," CLOSE "]"},
-    {"prompt-new-group", true, Mode::Manage, 2, "frmPrompt",
+    {"prompt-new-group", Mode::Manage, 2, "frmPrompt",
      "[" CLICK("frmSteplet", "cmdAdd") "," LOOK("frmPrompt") "," CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
-    {"user-options", true, Mode::Manage, 2, "frmOptions",
+    {"user-options", Mode::Manage, 2, "frmOptions",
      "[" CLICK("frmSteplet", "cmdOptions") "," LOOK("frmOptions") "," CLICK("frmOptions", "cmdCancel") "," CLOSE "]"},
-    {"user-options-links", true, Mode::Manage, 3, "frmOptions",
+    {"user-options-links", Mode::Manage, 3, "frmOptions",
      "[" CLICK("frmSteplet", "cmdOptions") R"(,{"form":"frmOptions","tab":"TabStrip1","index":2},)" LOOK("frmOptions") ","
          CLICK("frmOptions", "cmdCancel") "," CLOSE "]"},
-    {"chooser-process", true, Mode::Process, 3, "frmSteplet", "[" TEMPLATES "," TICK("Follow-up call") "," LOOK("frmSteplet") "," CLOSE "]"},
-    {"contact-picker", true, Mode::Process, 2, "ContactPickerDialog",
+    {"chooser-process", Mode::Process, 3, "frmSteplet", "[" TEMPLATES "," TICK("Follow-up call") "," LOOK("frmSteplet") "," CLOSE "]"},
+    {"contact-picker", Mode::Process, 2, "ContactPickerDialog",
      R"([{"form":"frmSteplet","toolclick":"abSelectContact","tool":"Tool0"},{"picker":"cancel"},)" CLOSE "]"},
-    {"contact-window", true, Mode::Process, 2, "ContactWindow", "[" CLICK("frmSteplet", "txtContact") "," LOOK("frmSteplet") "," CLOSE "]"},
-    {"chooser-process-contacts", true, Mode::Process, 2, "frmSteplet",
+    {"contact-window", Mode::Process, 2, "ContactWindow", "[" CLICK("frmSteplet", "txtContact") "," LOOK("frmSteplet") "," CLOSE "]"},
+    {"chooser-process-contacts", Mode::Process, 2, "frmSteplet",
      R"([{"form":"frmSteplet","tab":"TabStrip1","index":2},)" LOOK("frmSteplet") "," CLOSE "]"},
-    {"select-contacts", true, Mode::Process, 6, "frmSelectContacts",
+    {"select-contacts", Mode::Process, 6, "frmSelectContacts",
      R"([{"form":"frmSteplet","tab":"TabStrip1","index":2},)" CLICK("frmSteplet", "chkContactOption1") "," TEMPLATES ","
          TICK("Follow-up call") "," CLICK("frmSteplet", "ProcessTasksButton") "," LOOK("frmSelectContacts") ","
          CLICK("frmSelectContacts", "CancelButton") "," CLOSE "]"},
-    {"prompt-common-input-question", true, Mode::Process, 5, "frmPrompt",
+    {"prompt-common-input-question", Mode::Process, 5, "frmPrompt",
      "[" TEMPLATES "," TICK("Send engagement letter") "," TICK("Prepare closing documents") "," CLICK("frmSteplet", "ProcessTasksButton") ","
          LOOK("frmPrompt") "," CLICK("frmPrompt", "OKButton") "," CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
-    {"prompt-common-input", true, Mode::Process, 6, "frmPrompt",
+    {"prompt-common-input", Mode::Process, 6, "frmPrompt",
      "[" TEMPLATES "," TICK("Send engagement letter") "," TICK("Prepare closing documents") "," CLICK("frmSteplet", "ProcessTasksButton") ","
          CLICK("frmPrompt", "OKButton") "," LOOK("frmPrompt") "," CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
-    {"prompt-group-options", true, Mode::Process, 2, "frmPrompt",
+    {"prompt-group-options", Mode::Process, 2, "frmPrompt",
      "[" CLICK("frmSteplet", "ProcessTasksButton") "," LOOK("frmPrompt") "," CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
-    {"msgbox-anchor-date", true, Mode::Process, 3, "MsgBox",
+    {"msgbox-anchor-date", Mode::Process, 3, "MsgBox",
      "[" CLICK("frmSteplet", "ProcessTasksButton") "," CLICK("frmPrompt", "OKButton") R"(,{"msgbox":"OK"},)"
          CLICK("frmPrompt", "CancelButton") "," CLOSE "]"},
-    {"prompt-template-options", true, Mode::Process, 4, "frmPrompt",
+    {"prompt-template-options", Mode::Process, 4, "frmPrompt",
      "[" TEMPLATES "," TICK("Prepare closing documents") "," CLICK("frmSteplet", "ProcessTasksButton") "," LOOK("frmPrompt") ","
          CLICK("frmPrompt", "CancelButton") R"(,{"wait":10},)" CLICK("frmProcessTasks", "cmdOK") "," CLOSE "]"},
-    {"prompt-anchor-date", true, Mode::Process, 4, "frmPrompt",
+    {"prompt-anchor-date", Mode::Process, 4, "frmPrompt",
      "[" TEMPLATES "," TICK("Send engagement letter") "," CLICK("frmSteplet", "ProcessTasksButton") "," LOOK("frmPrompt") ","
          CLICK("frmPrompt", "CancelButton") R"(,{"wait":10},)" CLICK("frmProcessTasks", "cmdOK") "," CLOSE "]"},
-    {"processing-during-run", true, Mode::Process, 7, "frmProcessTasks",
+    {"processing-during-run", Mode::Process, 7, "frmProcessTasks",
      "[" TEMPLATES "," TICK("Follow-up call") "," TICK("Weekly status report") "," TICK("Renew professional license") ","
          CLICK("frmSteplet", "ProcessTasksButton") R"(,{"wait":2.5},)" LOOK("frmProcessTasks") R"(,{"wait":10},)"
          CLICK("frmProcessTasks", "cmdOK") "," CLOSE "]"},
-    {"processing-done", true, Mode::Process, 5, "frmProcessTasks",
+    {"processing-done", Mode::Process, 5, "frmProcessTasks",
      "[" TEMPLATES "," TICK("Follow-up call") "," CLICK("frmSteplet", "ProcessTasksButton") R"(,{"wait":10},)" LOOK("frmProcessTasks") ","
          CLICK("frmProcessTasks", "cmdOK") "," CLOSE "]"},
-    {"task-window", true, Mode::Process, 6, "TaskWindow",
+    {"task-window", Mode::Process, 6, "TaskWindow",
      "[" TEMPLATES "," TICK("Follow-up call") "," CLICK("frmSteplet", "ProcessTasksButton")
          R"(,{"wait":10},{"form":"frmProcessTasks","dblclick":"MSHFlexGrid1","row":1},{"item":{"close":"discard"}},)"
          CLICK("frmProcessTasks", "cmdOK") "," CLOSE "]"},
-    {"msgbox-undo", true, Mode::Process, 6, "MsgBox",
+    {"msgbox-undo", Mode::Process, 6, "MsgBox",
      "[" TEMPLATES "," TICK("Follow-up call") "," CLICK("frmSteplet", "ProcessTasksButton") R"(,{"wait":10},)"
          CLICK("frmProcessTasks", "cmdUndo") R"(,{"msgbox":"No"},)" CLICK("frmProcessTasks", "cmdOK") "," CLOSE "]"},
 };
-
-#undef TEMPLATES
-#undef TICK
-#undef CLICK
-#undef LOOK
-#undef CLOSE
 
 class WindowsTest : public ::testing::TestWithParam<Sight> {
 protected:
@@ -165,7 +157,7 @@ TEST_P(WindowsTest, IsWholeOnTheScreenAndPhotographed)
         QWidget* window = test::shownWindow(QLatin1String(sight.window));
         ASSERT_NE(window, nullptr) << sight.window << " is not on the screen before step " << step.number;
         looked = true;
-        test::saveScreenshot(window, QLatin1String(sight.shot), sight.forDocs);
+        test::saveScreenshot(window, QLatin1String(sight.shot), true);
         test::expectWindowWhole(window);
     });
     host->setDriver(&driver);
@@ -192,9 +184,7 @@ TEST(ReadmePictures, AreThereAndShown)
     for (const QString& name : named)
         EXPECT_TRUE(QFile::exists(QStringLiteral(STEPLETS_SOURCE_DIR "/") + name)) << name.toStdString() << " is not there";
     for (const Sight& sight : kSights)
-        if (sight.forDocs) {
-            EXPECT_TRUE(named.contains(QStringLiteral("docs/%1.png").arg(QLatin1String(sight.shot)))) << sight.shot;
-        }
+        EXPECT_TRUE(named.contains(QStringLiteral("docs/%1.png").arg(QLatin1String(sight.shot)))) << sight.shot;
 }
 
 } // namespace
