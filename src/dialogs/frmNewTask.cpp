@@ -14,7 +14,7 @@ namespace steplets {
 using namespace vb;
 
 namespace {
-constexpr int kPageLeft = 225;
+constexpr int kNewTaskPageLeft = 225;
 constexpr int kButtonTop = 4875;
 constexpr int kCancelLeft = 6105;
 constexpr int kCreateWidth = 1935;
@@ -48,7 +48,7 @@ void frmNewTask::design()
     TabStrip1.Move(120, 720, 7455, 4035);
     for (auto& page : Picture1) {
         page.setContainer(&TabStrip1);
-        page.Move(kPageLeft, 420, 7095, 3495);
+        page.Move(kNewTaskPageLeft, 420, 7095, 3495);
     }
 
     // The date type.
@@ -308,7 +308,7 @@ void frmNewTask::TabStrip1_Click()
     g.run([&] {
         const int tab = TabStrip1.SelectedTab();
         g(20);
-        showSelectedPage(Picture1, tab, kPageLeft);
+        showSelectedPage(Picture1, tab, kNewTaskPageLeft);
         g(30);
         switch (tab) {
         case 1:

@@ -9,7 +9,7 @@
 namespace steplets {
 
 namespace {
-constexpr int kPageLeft = 135;
+constexpr int kOptionsPageLeft = 135;
 } // namespace
 
 frmOptions::frmOptions(UiHost& host)
@@ -34,7 +34,7 @@ void frmOptions::design()
     TabStrip1.Move(120, 720, 6855, 3855);
     for (auto& page : Picture1) {
         page.setContainer(&TabStrip1);
-        page.Move(kPageLeft, 420, 6585, 3315);
+        page.Move(kOptionsPageLeft, 420, 6585, 3315);
     }
 
     // The default fill-ins.
@@ -192,7 +192,7 @@ void frmOptions::TabStrip1_Click()
     g.run([&] {
         const int tab = TabStrip1.SelectedTab();
         g(20);
-        showSelectedPage(Picture1, tab, kPageLeft);
+        showSelectedPage(Picture1, tab, kOptionsPageLeft);
         g(30);
         if (tab == 1) {
             Combo1.setTabIndex(0);

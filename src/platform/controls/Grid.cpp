@@ -8,7 +8,6 @@ namespace steplets {
 namespace {
 Failure invalidRow() { return Failure(30009, QStringLiteral("Invalid Row value")); }
 Failure invalidCol() { return Failure(30010, QStringLiteral("Invalid Col value")); }
-Failure invalidIndex() { return Failure::invalidPropertyIndex(); }
 } // namespace
 
 Grid::Grid(Form& form, const QString& name, int index) : Control(form, name, index) { resize(2, 2); }
@@ -47,7 +46,7 @@ void Grid::setFixedCols(int n) {
 }
 
 std::size_t Grid::cell(long index) const {
-    if (index < 0 || index >= static_cast<long>(m_cells.size())) throw invalidIndex();
+    if (index < 0 || index >= static_cast<long>(m_cells.size())) throw Failure::invalidPropertyIndex();
     return static_cast<std::size_t>(index);
 }
 

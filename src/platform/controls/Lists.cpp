@@ -5,7 +5,6 @@
 namespace steplets {
 
 namespace {
-Failure invalidIndex() { return Failure::invalidPropertyIndex(); }
 Failure invalidValue() { return Failure::invalidPropertyValue(); }
 
 QJsonArray rowsJson(const ItemRows& rows, const char* flag) {
@@ -38,7 +37,7 @@ QString ItemRows::text(int index) const {
 }
 
 ItemRows::Row& ItemRows::at(int index) {
-    if (index < 0 || index >= count()) throw invalidIndex();
+    if (index < 0 || index >= count()) throw Failure::invalidPropertyIndex();
     return m_rows[static_cast<std::size_t>(index)];
 }
 

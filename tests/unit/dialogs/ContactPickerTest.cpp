@@ -45,14 +45,14 @@ protected:
     std::unique_ptr<ContactPicker> picker;
 };
 
-const char* kCancel = R"([{"picker": "cancel"}])";
+const char* kPickerCancel = R"([{"picker": "cancel"}])";
 
 TEST_F(Picker, NineAndBelowTakeTheOlderAndTenOnTheNewerAndACardlessRowIsStillOffered)
 {
-    for (int version : {0, 8}) EXPECT_EQ(show(version, kCancel).version(), ContactPicker::Version::Older) << version;
-    for (int version : {11, 12}) EXPECT_EQ(show(version, kCancel).version(), ContactPicker::Version::Newer) << version;
+    for (int version : {0, 8}) EXPECT_EQ(show(version, kPickerCancel).version(), ContactPicker::Version::Older) << version;
+    for (int version : {11, 12}) EXPECT_EQ(show(version, kPickerCancel).version(), ContactPicker::Version::Newer) << version;
     EXPECT_EQ(offered(), (QStringList{"Benjamin Okafor card", "Ada Byrne card", "No Card -"}));
-    show(11, kCancel, false);
+    show(11, kPickerCancel, false);
     EXPECT_EQ(offered(), (QStringList{"Benjamin Okafor -", "Ada Byrne -", "No Card -"})) << "no namespace, no card";
 }
 
@@ -62,7 +62,7 @@ TEST_F(Picker, NoChoiceGivesZeroAndNothingElse)
     EXPECT_EQ(p.ContactID(), 0);
     EXPECT_TRUE(p.ContactName().isEmpty());
     EXPECT_TRUE(p.ContactEntryID().isEmpty());
-    EXPECT_EQ(show(11, kCancel).ContactID(), 0);
+    EXPECT_EQ(show(11, kPickerCancel).ContactID(), 0);
 }
 
 } // namespace
