@@ -172,6 +172,21 @@ TEST_P(UiHostContract, AModalShowLastsUntilHiddenOrUnloadedAndActivateComesBackF
     EXPECT_EQ(played->stepsLeft(), 0);
 }
 
+TEST_P(UiHostContract, AWindowShownOverAnotherOutlivesItsUnload)
+{
+    UiHost& ui = host(R"([{"form": "frmMain", "click": "cmdOK"}, {"form": "frmChild", "click": "cmdOK"},
+                          {"form": "frmMain", "close": true}])");
+    Window main(ui, "frmMain"), child(ui, "frmChild");
+    main.cmdOK.Click.connect([&] { child.Show(); });
+    child.cmdOK.Click.connect([&] { child.Hide(); });
+    main.Show();
+    ASSERT_FALSE(main.isLoaded());
+    ASSERT_TRUE(child.isLoaded()) << "hidden, not unloaded";
+    child.Unload();
+    EXPECT_FALSE(child.isLoaded());
+    EXPECT_EQ(played->events("unload").value(1).value("unload").toString(), QStringLiteral("frmChild"));
+}
+
 TEST_P(UiHostContract, AHideAndANewShowInOneHandlerKeepTheWindowUp)
 {
     UiHost& ui = host(R"([{"form": "frmTest", "click": "cmdOK"}, {"form": "frmTest", "snapshot": true},

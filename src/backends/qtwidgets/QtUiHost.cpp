@@ -243,25 +243,34 @@ void QtUiHost::formUnloaded(Form& form)
 {
     if (m_driver) m_driver->formUnloaded(form);
     for (Timer* t : form.timers()) timerChanged(*t);
-    if (FormView* v = m_views.take(&form)) {
-        v->detach();
-        v->hide();
-        m_unloadedViews.push_back(v);
-    }
-    buryViews();
+    retireView(form);
     scheduleLoopCheck();
 }
 
 void QtUiHost::formDestroyed(Form& form)
 {
     for (Timer* t : form.timers()) timerDestroyed(*t);
-    if (FormView* v = m_views.take(&form)) {
-        v->detach();
-        v->hide();
-        m_unloadedViews.push_back(v);
-    }
-    buryViews();
+    retireView(form);
     std::erase(m_stack, &form);
+}
+
+// The form's view goes; a window shown over it is a child widget of it and would go with it
+// while its form is still loaded, so it becomes a window of its own first.
+void QtUiHost::retireView(const Form& form)
+{
+    FormView* v = m_views.take(&form);
+    if (!v) return;
+    // isAncestorOf stops at a window's edge, and every view is a window: walk the parents.
+    for (FormView* other : std::as_const(m_views))
+        for (QObject* p = other->parent(); p; p = p->parent())
+            if (p == v) {
+                other->setParent(nullptr, other->windowFlags());
+                break;
+            }
+    v->detach();
+    v->hide();
+    m_unloadedViews.push_back(v);
+    buryViews();
 }
 
 // A view goes only once no act is running: a widget's own event handler (a double click on a

@@ -97,6 +97,7 @@ private:
     void scheduleLoopCheck();
     void checkLoops();
     void rethrowAbort();
+    void retireView(const Form& form);
     void buryViews();
     void keep(std::exception_ptr failure);
     // Runs a dialog of the host's own modally, as a wait for the user.
