@@ -69,9 +69,11 @@ run_tests() {
     corpus="$sanitize_build/fuzz-corpus/$target"
     mkdir -p "$corpus"
     log="$sanitize_build/fuzz-$target.log"
+    seeds="$here/tests/fuzz/$target"
+    [ "$target" = scenario ] && seeds="$here/tests/scenarios"
     echo "fuzzing $target for ${fuzz_seconds}s"
     if ! "$sanitize_build/tests/fuzz/fuzz-$target" -max_total_time="$fuzz_seconds" \
-         -artifact_prefix="$sanitize_build/fuzz-crash-$target-" "$corpus" "$here/tests/fuzz/$target" >"$log" 2>&1; then
+         -artifact_prefix="$sanitize_build/fuzz-crash-$target-" "$corpus" "$seeds" >"$log" 2>&1; then
       tail -n 40 "$log" >&2
       echo "fuzz-$target found a failure: the input is kept as $sanitize_build/fuzz-crash-$target-*" >&2
       return 1

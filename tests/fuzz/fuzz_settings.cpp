@@ -10,17 +10,14 @@
 #include <cstdint>
 #include <cstdlib>
 
-namespace {
-const QString kRoot = QStringLiteral("\\HKEY_CURRENT_USER\\Software\\Fuzz\\Settings\\");
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     using namespace steplets;
     static QTemporaryDir dir;
     static IniSettings settings(dir.path());
+    const QString root = QStringLiteral("\\HKEY_CURRENT_USER\\Software\\Fuzz\\Settings\\");
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-    const QString file = settings.fileFor(kRoot);
+    const QString file = settings.fileFor(root);
     QDir().mkpath(QFileInfo(file).path());
     QFile out(file);
     if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate)) std::abort();
@@ -28,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     out.close();
     const bool clean = settingsFileProblem(bytes).isEmpty();
     try {
-        auto key = settings.OpenKey(kRoot, QStringLiteral("Steplets"));
+        auto key = settings.OpenKey(root, QStringLiteral("Steplets"));
         QSettings names(file, QSettings::IniFormat);
         names.beginGroup(QStringLiteral("Steplets"));
         for (const QString& name : names.childKeys()) {
