@@ -4,8 +4,8 @@
 // task collection and the demo contacts, the session pointing at both, and frmProcessTasks
 // sized, seeded and shown modally on the scripted host, whose script plays the user.
 #include "RecordingSink.h"
+#include "ScriptedSteps.h"
 #include "TempDir.h"
-#include "backends/scripted/ScriptedHost.h"
 #include "backends/sqlcipher/Schema.h"
 #include "backends/sqlcipher/SqlCipherStore.h"
 #include "backends/vdir/DemoContacts.h"
@@ -17,9 +17,6 @@
 #include "templates/EditedTemplate.h"
 #include "templates/TemplateRow.h"
 #include <QDir>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <gtest/gtest.h>
 #include <functional>
 #include <map>
 
@@ -71,13 +68,33 @@ protected:
         rs.Fields(QStringLiteral("Tag")).setValue(Int16(chosen ? -1 : 0));
         rs.Update();
     }
+    // A template due a day after its moment of processing, or one with fixed dates.
     static RowValues relative(const char* subject, RowValues extra = {})
     {
-        RowValues row{{modTasks::col::Subject, subject}, {modTasks::col::DateType, 1},
-                      {modTasks::col::DueDateOffset, 24 * 60}, {modTasks::col::ReminderOffset, 0},
-                      {modTasks::col::StartDateOffset, 0}, {modTasks::col::Importance, 1}, {modTasks::col::Status, 0}};
+        using namespace modTasks;
+        return with({{col::Subject, subject}, {col::DateType, 1}, {col::DueDateOffset, 24 * 60}, {col::ReminderOffset, 0},
+                     {col::StartDateOffset, 0}, {col::Importance, 1}, {col::Status, 0}}, extra);
+    }
+    static RowValues fixed(const char* subject, RowValues extra = {})
+    {
+        using namespace modTasks;
+        return with({{col::Subject, subject}, {col::DateType, 0}, {col::IsRecurring, false}, {col::Importance, 1},
+                     {col::Status, 0}}, extra);
+    }
+    static RowValues with(RowValues row, const RowValues& extra)
+    {
         for (const auto& [pos, v] : extra) row[pos] = v;
         return row;
+    }
+    // A fresh run on the same stores: no template rows, no chosen contacts.
+    void resetRun()
+    {
+        window.reset();
+        Recordset& rs = *session().rsTemplates;
+        rs.Requery();
+        for (long n = rs.RecordCount(); n > 0; --n) rs.Delete();
+        rs.Requery();
+        session().aSelectedContacts = decltype(session().aSelectedContacts)();
     }
     void chooseContacts(std::initializer_list<const char*> ids)
     {
@@ -87,12 +104,13 @@ protected:
         for (const char* id : ids) s.aSelectedContacts[k++] = QString::fromLatin1(id);
     }
 
-    // What the launch does, then the modal show that the script plays through.
-    void play(const char* steps, int passes = 1)
+    // What the launch does, then the modal show that the script plays through; true when the run
+    // reported no failure.
+    ::testing::AssertionResult play(const std::string& steps, int passes = 1)
     {
         QString error;
-        auto script = scripted::Script::fromJson(QJsonDocument::fromJson(steps).array(), &error);
-        ASSERT_TRUE(script.has_value()) << error.toStdString();
+        auto script = scripted::Script::fromJson(QJsonDocument::fromJson(steps.c_str()).array(), &error);
+        if (!script) return ::testing::AssertionFailure() << "bad script: " << error.toStdString();
         host = std::make_shared<scripted::ScriptedHost>(*script, QDateTime(QDate(2026, 3, 16), QTime(15, 30)));
         session().ports.ui = host;
         vdir::VdirConfig config;
@@ -118,16 +136,18 @@ protected:
         }
         w.hdrText.setCaption(QStringLiteral("Please wait while the tasks are processed."));
         if (beforeShow) beforeShow(w);
+        QString reports;
         try {
             w.Show();
         } catch (const HostAbort& abort) {
-            QString reports;
-            for (const auto& f : sink.failures) reports += f.description + QStringLiteral(" at ") + f.location + QStringLiteral("; ");
-            FAIL() << "the run could not be played: " << abort.what() << "\nreports: " << reports.toStdString()
-                   << "\nevents: " << QJsonDocument(host->events()).toJson(QJsonDocument::Compact).toStdString();
+            reports = QStringLiteral("could not be played: ") + QString::fromUtf8(abort.what()) + QStringLiteral("; ");
         }
-        EXPECT_EQ(host->script().remaining(), 0) << "steps left over";
         rs.Filter(0L);
+        if (host->script().remaining() != 0) reports += QStringLiteral("steps left over; ");
+        for (const auto& f : sink.failures) reports += f.description + QStringLiteral(" at ") + f.location + QStringLiteral("; ");
+        if (reports.isEmpty()) return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure() << reports.toStdString()
+                                             << QJsonDocument(host->events()).toJson(QJsonDocument::Compact).toStdString();
     }
 
     QString cell(int row, int col) const { return window->MSHFlexGrid1.TextMatrix(row, col); }
@@ -157,19 +177,32 @@ protected:
                               rs->Fields(QStringLiteral("TimeCardID")).value().longOrZero());
         return rows;
     }
-    int displays() const
-    {
-        int n = 0;
-        for (const auto& e : host->events()) n += e.toObject().contains(QStringLiteral("display"));
-        return n;
-    }
-    int shows() const
+    // How many events of that kind the host recorded; with `form`, only those naming it.
+    int count(const char* kind, const char* form = nullptr) const
     {
         int n = 0;
         for (const auto& e : host->events())
-            n += e.toObject().value(QStringLiteral("show")).toString() == QLatin1String("frmProcessTasks");
+            n += form ? e.toObject().value(QLatin1String(kind)).toString() == QLatin1String(form)
+                      : e.toObject().contains(QLatin1String(kind));
         return n;
     }
+    Value prop(int r, const char* name) const { return storedRow(r)->get(QString::fromLatin1(name)); }
+    Date date(int r, const char* name) const { return prop(r, name).toDate(); }
+    // A template that asks the user for a reference.
+    static RowValues asking(const char* subject)
+    {
+        return relative(subject, {{modTasks::col::FillIn1, "Prompt for user input"},
+                                  {modTasks::col::FillIn2, "Subject field from template"},
+                                  {modTasks::col::UserPrompt1, "Reference?"}});
+    }
+    static std::string answer(const char* text)
+    {
+        return std::string(R"({"form": "frmPrompt", "type": "txtUserInput", "text": ")") + text
+            + R"("}, {"form": "frmPrompt", "click": "OKButton"}, )";
+    }
+    static constexpr const char* kCancel = R"({"form": "frmPrompt", "click": "CancelButton"}, )";
+    static constexpr const char* kOK = R"({"form": "frmProcessTasks", "click": "cmdOK"}])";
+    static constexpr const char* kRunThenOK = R"([{"wait": 60}, {"form": "frmProcessTasks", "click": "cmdOK"}])";
     static Date at(int y, int mo, int d, int h = 0, int mi = 0, int sec = 0) { return Date::fromParts(y, mo, d, h, mi, sec); }
 
     // The launch's own settings of the window (a group's common answers), before the show.
