@@ -10,14 +10,10 @@
 #include "backends/sqlcipher/SqlCipherStore.h"
 #include "backends/vdir/DemoContacts.h"
 #include "backends/vdir/VdirStore.h"
-#include "platform/OutlookGateway.h"
-#include "platform/StoreGateway.h"
 #include "processing/frmProcessTasks.h"
-#include "session/SessionContext.h"
 #include "templates/EditedTemplate.h"
 #include "templates/TemplateRow.h"
 #include <QDir>
-#include <functional>
 #include <map>
 
 namespace steplets::test {
@@ -35,12 +31,10 @@ protected:
         s = SessionContext();
         s.ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
         s.sContactFolderEID = QStringLiteral("contacts");
-        s.sContactFolderSID = QStringLiteral("store");
         s.sUserEID = QStringLiteral("c-morgan");
-        s.sUserFldrSID = QStringLiteral("store");
         s.sUserName = QStringLiteral("Test User");
         s.sTaskFolderEID = QStringLiteral("tasks");
-        s.sTaskFolderSID = QStringLiteral("store");
+        s.sContactFolderSID = s.sUserFldrSID = s.sTaskFolderSID = QStringLiteral("store");
         s.cnLocal = session().store().CreateConnection();
         s.cnLocal->Open(storeFiles::localConnectionString(tmp.path()));
         s.cnLink = session().store().CreateConnection();
@@ -60,12 +54,12 @@ protected:
     QString vdirRoot() const { return tmp.file(QStringLiteral("vdir")); }
 
     // A chosen template (Tag -1); columns not named stay Null.
-    void addTemplate(const RowValues& values, bool chosen = true)
+    void addTemplate(const RowValues& values)
     {
         Recordset& rs = *session().rsTemplates;
         rs.AddNew();
         for (const auto& [pos, v] : values) rs.Fields(pos).setValue(v);
-        rs.Fields(QStringLiteral("Tag")).setValue(Int16(chosen ? -1 : 0));
+        rs.Fields(QStringLiteral("Tag")).setValue(Int16(-1));
         rs.Update();
     }
     // A template due a day after its moment of processing, or one with fixed dates.
@@ -128,10 +122,9 @@ protected:
         frmProcessTasks& w = *window;
         w.m_iNewTaskCount = count;
         w.MSHFlexGrid1.setRows(count.value() + 20);
-        Int16 column(0);
         for (Int16 r(1); r <= count; ++r) {
             if ((r.value() - 1) % rs.RecordCount() == 0) rs.MoveFirst();
-            w.MSHFlexGrid1.setTextArray(w.faIndex(r, column), rs.Fields(modTasks::col::Subject).value().textOrEmpty());
+            w.MSHFlexGrid1.setTextArray(w.faIndex(r, Int16(0)), rs.Fields(modTasks::col::Subject).value().textOrEmpty());
             rs.MoveNext();
         }
         w.hdrText.setCaption(QStringLiteral("Please wait while the tasks are processed."));
@@ -152,19 +145,15 @@ protected:
 
     QString cell(int row, int col) const { return window->MSHFlexGrid1.TextMatrix(row, col); }
     QString panel(int n) const { return window->StatusBar1.PanelText(n); }
-    QStringList taskFiles() const
-    {
-        return QDir(vdirRoot() + QStringLiteral("/tasks")).entryList(QDir::Files, QDir::Name);
-    }
+    QStringList taskFiles() const { return QDir(vdirRoot() + QStringLiteral("/tasks")).entryList(QDir::Files); }
     // A task as another reader of the collection sees it.
-    std::shared_ptr<ol::TaskItem> stored(const QString& entryId) const
+    std::shared_ptr<ol::TaskItem> storedRow(int r) const
     {
         vdir::VdirConfig config;
         config.root = vdirRoot();
         auto ns = vdir::openVdirStore(config, host)->GetNamespace();
-        return ol::asTask(ns->GetItemFromID(entryId, QStringLiteral("store")));
+        return ol::asTask(ns->GetItemFromID(window->aEntryIDs[r], QStringLiteral("store")));
     }
-    std::shared_ptr<ol::TaskItem> storedRow(int r) const { return stored(window->aEntryIDs[r]); }
     // The rows of tblTasks, as EntryID and TimeCardID.
     std::vector<std::pair<QString, qint32>> taskRows() const
     {

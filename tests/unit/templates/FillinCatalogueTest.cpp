@@ -23,26 +23,6 @@ protected:
     FillinList() { session() = SessionContext(); }
     ~FillinList() override { session() = SessionContext(); }
 
-    void setTerms(const QString& contact, const QString& main, const QString& sub, const QString& job)
-    {
-        session().sContactTerm = contact;
-        session().sMainActivityTerm = main;
-        session().sSubActivityTerm = sub;
-        session().sJobOrderTerm = job;
-    }
-    QStringList texts() const
-    {
-        QStringList out;
-        for (int i = 0; i < w.cboFillin.ListCount(); ++i) out << w.cboFillin.List(i);
-        return out;
-    }
-    QList<int> codes() const
-    {
-        QList<int> out;
-        for (int i = 0; i < w.cboFillin.ListCount(); ++i) out << w.cboFillin.ItemData(i);
-        return out;
-    }
-
     test::RecordingSink sink{[]() -> QString& { return session().ErrorTrail; }};
     scripted::ScriptedHost host{scripted::Script(), QDateTime(QDate(2024, 3, 14), QTime(15, 30))};
     Window w{host};
@@ -60,53 +40,34 @@ TEST_F(FillinList, OnlyTheTermsGivenGetARowAfterWhatTheBoxHeld)
         {{"Client", "Project", "Phase", "Matter"}, {"Client", "Project", "Phase", "Matter"}, {2, 3, 4, 102}},
     };
     for (const Case& c : cases) {
-        setTerms(c.terms[0], c.terms[1], c.terms[2], c.terms[3]);
+        SessionContext& s = session();
+        std::tie(s.sContactTerm, s.sMainActivityTerm, s.sSubActivityTerm, s.sJobOrderTerm) =
+            std::tie(c.terms[0], c.terms[1], c.terms[2], c.terms[3]);
         w.cboFillin.Clear();
         w.cboFillin.AddItem(QStringLiteral("Already there"));
         LoadFillins(w.cboFillin);
         const int n = int(c.rows.size());
         ASSERT_EQ(w.cboFillin.ListCount(), 98 + n) << c.terms.join(',').toStdString();
+        QStringList texts;
+        QList<int> codes;
+        for (int i = 0; i < w.cboFillin.ListCount(); ++i) texts << w.cboFillin.List(i), codes << w.cboFillin.ItemData(i);
         QStringList rows;
         for (const QString& r : c.rows) rows << r + QStringLiteral(" (from current TimeCard)");
-        EXPECT_EQ(texts().mid(3, n), rows);
-        EXPECT_EQ(codes().mid(3, n), c.codes);
-        EXPECT_EQ(texts().mid(1, 2), (QStringList{"[Empty]", "User Name (from current TimeCard)"}));
-        EXPECT_EQ(texts().at(3 + n), QStringLiteral("Description (from current TimeCard)"));
+        EXPECT_EQ(texts.mid(3, n), rows);
+        EXPECT_EQ(codes.mid(3, n), c.codes);
+        EXPECT_EQ(texts.mid(1, 2), (QStringList{"[Empty]", "User Name (from current TimeCard)"}));
+        EXPECT_EQ(texts.at(3 + n), QStringLiteral("Description (from current TimeCard)"));
         // Contact rows count up from 10 to 97 without a gap.
-        for (int i = 0; i < 88; ++i) EXPECT_EQ(codes().at(8 + n + i), 10 + i);
-        EXPECT_EQ(codes().mid(96 + n), (QList<int>{98, 99}));
+        for (int i = 0; i < 88; ++i) EXPECT_EQ(codes.at(8 + n + i), 10 + i);
+        EXPECT_EQ(codes.mid(96 + n), (QList<int>{98, 99}));
     }
     EXPECT_TRUE(sink.failures.empty());
     EXPECT_TRUE(session().ErrorTrail.endsWith("\r\nX:Steplets: LoadFillins"));
 }
 
-TEST(FillinCode, MatchesStoredTextsExactlyAgainstTheTermsOfNow)
-{
-    session() = SessionContext();
-    session().sMainActivityTerm = "Project";
-    session().sJobOrderTerm = "Matter";
-    EXPECT_EQ(FillinCode("[Empty]"), 0);
-    EXPECT_EQ(FillinCode("User Name (from current TimeCard)"), 1);
-    EXPECT_EQ(FillinCode("Project (from current TimeCard)"), 3);
-    EXPECT_EQ(FillinCode("Matter (from current TimeCard)"), 102);
-    EXPECT_EQ(FillinCode("Full Name (Outlook Contact Property)"), 41);
-    EXPECT_EQ(FillinCode("Prompt for user input"), 98);
-    EXPECT_EQ(FillinCode("Subject field from template"), 99);
-    // A term that has changed since the text was stored, a different case, no text at all.
-    EXPECT_EQ(FillinCode("Job (from current TimeCard)"), 0);
-    EXPECT_EQ(FillinCode("current date"), 0);
-    EXPECT_EQ(FillinCode(""), 0);
-    // An empty term gives the bare suffix: the first such row in list order takes it.
-    EXPECT_EQ(FillinCode(" (from current TimeCard)"), 2);
-    session().sContactTerm = "Client";
-    EXPECT_EQ(FillinCode(" (from current TimeCard)"), 4);
-    // The same word for two terms: the earlier row wins.
-    session().sSubActivityTerm = "Project";
-    EXPECT_EQ(FillinCode("Project (from current TimeCard)"), 3);
-    session() = SessionContext();
-}
-
-TEST(FillinCode, EveryRowOfTheListComesBackAsItsOwnCode)
+// Every row of the list comes back as its own code; a stored text matches exactly, against the
+// terms of now.
+TEST(FillinCode, EveryRowComesBackAsItsCodeAndOtherTextsAsNone)
 {
     session() = SessionContext();
     session().sContactTerm = "Client";
@@ -114,6 +75,15 @@ TEST(FillinCode, EveryRowOfTheListComesBackAsItsOwnCode)
     session().sSubActivityTerm = "Phase";
     session().sJobOrderTerm = "Matter";
     for (const FillinEntry& e : FillinCatalogue()) EXPECT_EQ(FillinCode(e.text), e.code) << e.text.toStdString();
+    // A term that has changed since the text was stored, a different case, no text at all.
+    for (const char* text : {"Job (from current TimeCard)", "current date", ""}) EXPECT_EQ(FillinCode(text), 0) << text;
+    // An empty term gives the bare suffix: the first such row in list order takes it.
+    session().sContactTerm.clear();
+    session().sSubActivityTerm.clear();
+    EXPECT_EQ(FillinCode(" (from current TimeCard)"), 2);
+    // The same word for two terms: the earlier row wins.
+    session().sSubActivityTerm = "Project";
+    EXPECT_EQ(FillinCode("Project (from current TimeCard)"), 3);
     // A contact row's code names the property to read; past the last row there is none.
     EXPECT_EQ(ContactPropertyName(15), "Business2TelephoneNumber");
     EXPECT_THROW(ContactPropertyName(98), Failure);

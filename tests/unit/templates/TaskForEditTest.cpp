@@ -39,38 +39,27 @@ protected:
 
 } // namespace
 
-// The roll itself is pinned in DateRulesTest; here a fixed template's dates and pattern start
-// go through it, weekly by whole weeks whatever the interval.
+// A fixed template's dates and pattern start go through the roll, weekly by whole weeks whatever
+// the interval; the no-date value is kept, a Null date column gives the zero date, rolled.
 TEST_F(TaskForEdit, AFixedTemplatesDatesAndPatternStartAreRolledForward)
 {
     addRow(fixedRow({{col::IsRecurring, true}, {col::RecurrenceType, 1}, {col::Interval, 2},
                      {col::DayOfWeekMask, ol::olMonday}, {col::NoEndDate, true},
-                     {col::DueDate, Date::fromParts(2024, 2, 26, 9, 0)}, {col::StartDate, Date::fromParts(2024, 3, 11, 8, 0)},
+                     {col::DueDate, Date::fromParts(2024, 2, 26, 9, 0)}, {col::ReminderTime, Date::noDate()},
                      {col::PatternStartDate, Date::fromParts(2024, 2, 26)}}));
     auto item = edit();
     ASSERT_TRUE(item);
     ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].description.toStdString();
     EXPECT_EQ(date(item, "DueDate"), Date::fromParts(2024, 3, 18, 9, 0));
-    EXPECT_EQ(date(item, "StartDate"), Date::fromParts(2024, 3, 18, 8, 0));
+    EXPECT_TRUE(date(item, "ReminderTime").isNoDate());
+    // Column 32 is Null: the zero date, rolled by weeks up to the present.
+    EXPECT_EQ(date(item, "StartDate"), Date::fromParts(2024, 3, 16));
+    EXPECT_TRUE(date(item, "DateCompleted").isZero()) << "a Null column 7 writes the zero date";
     auto p = item->GetRecurrencePattern();
     EXPECT_EQ(p->get("Interval"), Value(2));
-    EXPECT_EQ(p->get("DayOfWeekMask"), Value(ol::olMonday));
     EXPECT_EQ(p->get("NoEndDate"), Value(true));
     EXPECT_EQ(p->get("PatternStartDate").toDate(), Date::fromParts(2024, 3, 18));
-    EXPECT_EQ(item->Subject(), "Annual review");
     EXPECT_TRUE(session().ErrorTrail.endsWith("\r\nX:modTasks: CreateTaskFromTemplateForEdit"));
-}
-
-TEST_F(TaskForEdit, TheNoDateValueIsKeptAndNullDatesGiveTheZeroDate)
-{
-    addRow(fixedRow({{col::DueDate, Date::noDate()}, {col::ReminderTime, Date::noDate()}}));
-    auto item = edit();
-    ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].description.toStdString();
-    EXPECT_TRUE(date(item, "DueDate").isNoDate());
-    EXPECT_TRUE(date(item, "ReminderTime").isNoDate());
-    // Column 32 is Null: the zero date, rolled by years up to the present.
-    EXPECT_EQ(date(item, "StartDate"), Date::fromParts(2024, 12, 30));
-    EXPECT_TRUE(date(item, "DateCompleted").isZero()) << "a Null column 7 writes the zero date";
 }
 
 TEST_F(TaskForEdit, AnAnchorTemplateIsRebuiltAroundTheAnchorJustChosen)
@@ -83,11 +72,8 @@ TEST_F(TaskForEdit, AnAnchorTemplateIsRebuiltAroundTheAnchorJustChosen)
     EditedTemplate().ReferenceDate = Date::fromParts(2024, 6, 30, 12, 0);
     auto item = edit();
     ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].description.toStdString();
-    EXPECT_EQ(date(item, "DueDate"), Date::fromParts(2024, 7, 1, 12, 0));
     EXPECT_EQ(date(item, "StartDate"), Date::fromParts(2024, 6, 29, 12, 0));
-    EXPECT_EQ(date(item, "ReminderTime"), Date::fromParts(2024, 6, 30, 11, 0));
     auto p = item->GetRecurrencePattern();
-    EXPECT_EQ(p->get("RecurrenceType"), Value(2));
     EXPECT_EQ(p->get("DayOfMonth"), Value(1));
     EXPECT_EQ(p->get("PatternStartDate").toDate().datePart(), Date::fromParts(2024, 7, 1));
     EXPECT_EQ(p->get("PatternEndDate").toDate().datePart(), Date::fromParts(2024, 9, 30));
@@ -113,7 +99,6 @@ TEST_F(TaskForEdit, OptionsComeFromTheRowExceptTheAnchorDescriptionAndNullsKeepW
     EXPECT_EQ(t.AnchorDescription, "from the dialog");
 }
 
-// Its "Source" property is played by authoring-edit-form-closed-unsaved.
 TEST_F(TaskForEdit, TheTaskIsSavedAndTheTotalWorkComesAfterTheSave)
 {
     addRow(fixedRow({{col::DueDate, Date::fromParts(2025, 1, 1)}, {col::TotalWork, 120}, {col::ActualWork, 30},
@@ -125,17 +110,17 @@ TEST_F(TaskForEdit, TheTaskIsSavedAndTheTotalWorkComesAfterTheSave)
     EXPECT_EQ(item->get("TotalWork"), Value(120));
     EXPECT_FALSE(item->Saved()) << "the total work is a change the form opens with";
     auto onDisk = fromFile(item->EntryID());
-    EXPECT_EQ(onDisk->get("TotalWork"), Value(0));
-    EXPECT_EQ(onDisk->get("ActualWork"), Value(30));
-    EXPECT_EQ(onDisk->get("Categories"), Value("Tax"));
-    EXPECT_EQ(onDisk->get("Importance"), Value(2));
-    EXPECT_EQ(onDisk->get("TeamTask"), Value(true));
+    for (const auto& [name, v] : {std::pair<const char*, Value>{"TotalWork", 0}, {"ActualWork", 30}, {"Categories", "Tax"},
+                                  {"Importance", 2}, {"TeamTask", true}})
+        EXPECT_EQ(onDisk->get(name), v) << name;
     SafeTaskItem safe;
     safe.setItem(onDisk);
     EXPECT_EQ(safe.Body(), "Bring the file.");
 }
 
-TEST_F(TaskForEdit, OnlyTheFirstRowOfTheFilterIsUsedAndAnEmptyFilterMakesNothingButAReport)
+// Only the first row of the filter is used; an empty filter or a missing task folder make
+// nothing but a report.
+TEST_F(TaskForEdit, OnlyTheFirstRowOfTheFilterIsUsedAndAFailureMakesNothingButAReport)
 {
     addRow(fixedRow({{col::Subject, "Not chosen"}, {col::DueDate, Date::fromParts(2025, 1, 1)}}));
     addRow(fixedRow({{col::Subject, "Chosen"}, {col::DueDate, Date::fromParts(2025, 1, 1)}}));
@@ -146,45 +131,17 @@ TEST_F(TaskForEdit, OnlyTheFirstRowOfTheFilterIsUsedAndAnEmptyFilterMakesNothing
     ASSERT_TRUE(item);
     EXPECT_EQ(item->Subject(), "Chosen");
 
+    // The empty set has no first row: the move fails before the count is looked at.
     modTasks::ReSetModuleVariables();
     session().rsTemplates->Filter(QStringLiteral("Tag = 5"));
     EXPECT_FALSE(edit());
-    EXPECT_EQ(taskFiles(), 1);
-    // The empty set has no first row: the move fails before the count is looked at.
     ASSERT_EQ(sink.failures.size(), 1u);
     EXPECT_EQ(sink.failures[0].number, 3021);
-}
 
-TEST_F(TaskForEdit, AFailureIsReportedAndTheItemNeverMade)
-{
-    addRow(fixedRow({{col::DueDate, Date::fromParts(2025, 1, 1)}}));
+    session().rsTemplates->Filter(0L);
     session().sTaskFolderEID = QStringLiteral("no-such-folder");
     EXPECT_FALSE(edit());
-    ASSERT_EQ(sink.failures.size(), 1u);
-    EXPECT_TRUE(sink.failures[0].location.contains("X:modTasks: CreateTaskFromTemplateForEdit:Line "));
-    EXPECT_EQ(taskFiles(), 0);
-}
-
-TEST_F(TaskForEdit, ASavedFixedTemplateComesBackAsTheTaskItWasMadeFrom)
-{
-    auto original = taskFolder()->Items().Add();
-    original->set("Subject", "Quarterly filing");
-    original->set("DueDate", Date::fromParts(2024, 4, 15, 17, 0));
-    original->set("StartDate", Date::fromParts(2024, 4, 1, 9, 0));
-    original->set("ReminderSet", true);
-    original->set("ReminderTime", Date::fromParts(2024, 4, 15, 9, 0));
-    original->set("PercentComplete", 25);
-    original->set("Mileage", "40 km");
-    original->Save();
-    EditedTemplate().TemplateItem = original;
-    EditedTemplate().ReferenceDate = moment;
-    Bool16 bEdit(false);
-    SaveTemplateToDB(bEdit, clock());
-    ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].description.toStdString();
-
-    modTasks::ReSetModuleVariables();
-    auto item = edit();
-    ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].description.toStdString();
-    for (const char* name : {"Subject", "DueDate", "StartDate", "ReminderSet", "ReminderTime", "PercentComplete", "Mileage"})
-        EXPECT_EQ(item->get(name), original->get(name)) << name;
+    ASSERT_EQ(sink.failures.size(), 2u);
+    EXPECT_TRUE(sink.failures[1].location.contains("X:modTasks: CreateTaskFromTemplateForEdit:Line "));
+    EXPECT_EQ(taskFiles(), 1);
 }
