@@ -15,43 +15,30 @@ namespace {
 
 const Date kStart = Date::fromParts(2026, 3, 16, 15, 30);
 
-// What one call of PromptDialog is given.
-struct Call {
-    qint32 mode = 1;
-    bool anchorDate = false;
-    bool userPrompt = false;
-    QString userPrompt_ = QStringLiteral("Your prompt");
-    QString itemDesc = QStringLiteral("Invoice run");
-    QString anchorDesc;
-};
-
 class PromptTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        session() = SessionContext();
+        TearDown();
         session().ports.settings = std::make_shared<IniSettings>(dir.path());
         session().ports.componentDirectory = dir.path();
-        modTasks::EditedTemplate().OptionsDialogDeclined = false;
     }
     void TearDown() override
     {
-        session().ports = Ports();
         session() = SessionContext();
         modTasks::EditedTemplate().OptionsDialogDeclined = false;
     }
 
-    // Plays `steps` (JSON text of a script) on a new frmPrompt called as `call` says. The form
-    // stays for the test to inspect; the host's events are kept.
-    frmPrompt& play(const Call& call, const char* steps)
+    // Plays `steps` (JSON text of a script) on a new frmPrompt called in that mode with those
+    // flags. The form stays for the test to inspect; the host's events are kept.
+    frmPrompt& play(qint32 mode, bool anchorDate, bool userPrompt, const char* steps)
     {
         form.reset();   // a form tells its host when it goes, so it goes first
         host = test::hostWith(steps);
         form = std::make_unique<frmPrompt>(*host);
-        qint32 mode = call.mode;
-        Bool16 anchor(call.anchorDate), prompt(call.userPrompt);
-        QString userPrompt = call.userPrompt_, itemDesc = call.itemDesc, anchorDesc = call.anchorDesc;
-        form->PromptDialog(mode, anchor, prompt, userPrompt, itemDesc, anchorDesc);
+        Bool16 anchor(anchorDate), prompt(userPrompt);
+        QString promptText = QStringLiteral("Your prompt"), itemDesc = QStringLiteral("Invoice run"), anchorDesc;
+        form->PromptDialog(mode, anchor, prompt, promptText, itemDesc, anchorDesc);
         EXPECT_TRUE(host->script().atEnd()) << "every step was played";
         return *form;
     }
@@ -69,66 +56,34 @@ protected:
 const char* const kSnapshotThenCancel = R"([{"form": "frmPrompt", "snapshot": true},
                                             {"form": "frmPrompt", "click": "CancelButton"}])";
 
-// What no session can reach: a mode the callers never pass, the frames and heights of each
-// layout, OK on a date frame left empty, and the cancel flag's rules.
-TEST_F(PromptTest, AnUnknownModeKeepsTheDesignCaptionAndAnEmptyHeaderWithTheInputLayout)
+// Which frames each layout shows is played by the launch scenarios; their placement is not.
+TEST_F(PromptTest, EachLayoutPlacesItsFramesAndButtonsAtItsHeight)
 {
-    Call call;
-    call.mode = 9;
-    play(call, kSnapshotThenCancel);
-    EXPECT_EQ(test::firstEvent(*host, QStringLiteral("snapshot")).value("caption").toString(), QStringLiteral(" Task Template Options"));
-    EXPECT_EQ(control("hdrText").value("caption").toString(), QString());
-    EXPECT_TRUE(control("Frame1(1)").value("visible").toBool());
-    EXPECT_EQ(control("Frame1(1)").value("caption").toString(), QStringLiteral("Your prompt"));
-}
-
-TEST_F(PromptTest, EachLayoutShowsItsFramesAtItsHeight)
-{
-    struct Layout { bool anchorDate, userPrompt, dateFrame, textFrame; int height; };
-    const Layout layouts[] = {
-        {false, false, false, true, 3135}, {false, true, false, true, 3135},
-        {true, true, true, true, 4110}, {true, false, true, false, 3135},
-    };
-    for (const Layout& l : layouts) {
+    struct Layout { bool anchorDate, userPrompt; int height, textTop, buttonsTop; };
+    for (const Layout& l : {Layout{false, false, 3135, 1035, 2160}, Layout{true, true, 4110, 2070, 3150},
+                            Layout{true, false, 3135, 2070, 2160}}) {
         SCOPED_TRACE(testing::Message() << l.anchorDate << l.userPrompt);
-        Call call;
-        call.anchorDate = l.anchorDate;
-        call.userPrompt = l.userPrompt;
-        frmPrompt& f = play(call, kSnapshotThenCancel);
-        EXPECT_EQ(control("Frame1(0)").value("visible").toBool(), l.dateFrame);
-        EXPECT_EQ(control("ActiveCalendar1").value("visible").toBool(), l.dateFrame);
-        EXPECT_EQ(control("Frame1(1)").value("visible").toBool(), l.textFrame);
-        EXPECT_EQ(control("txtUserInput").value("visible").toBool(), l.textFrame);
+        frmPrompt& f = play(1, l.anchorDate, l.userPrompt, kSnapshotThenCancel);
         EXPECT_EQ(f.Height(), l.height);
-        EXPECT_EQ(f.OKButton.Top(), f.CancelButton.Top());
-        EXPECT_GT(f.OKButton.Top(), f.Frame1[l.textFrame ? 1 : 0].Top()) << "the buttons stand below the frames";
-        if (l.dateFrame && l.textFrame) {
-            EXPECT_LT(f.Frame1[0].Top(), f.Frame1[1].Top());
-        }
-        if (!l.dateFrame) {
-            EXPECT_EQ(f.Frame1[1].Top(), 1035);
-        }
+        EXPECT_EQ(f.OKButton.Top(), l.buttonsTop);
+        EXPECT_EQ(f.CancelButton.Top(), l.buttonsTop);
+        if (!l.anchorDate || l.userPrompt) { EXPECT_EQ(f.Frame1[1].Top(), l.textTop); }
     }
 }
 
 TEST_F(PromptTest, OkWithoutADateSaysSoKeepsTheFormOpenAndHasTakenTheTextAlready)
 {
-    Call call;
-    call.anchorDate = true;
-    call.userPrompt = true;
-    play(call, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "first"},
+    play(1, true, true, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "first"},
                    {"form": "frmPrompt", "click": "OKButton"},
                    {"msgbox": "OK", "title": " Anchor Date Required", "text": "Please enter an anchor date."},
                    {"form": "frmPrompt", "date": "ActiveCalendar1", "value": "2026-04-02"},
                    {"form": "frmPrompt", "click": "OKButton"}])");
-    const QJsonObject box = test::firstEvent(*host, QStringLiteral("msgbox"));
-    EXPECT_EQ(box.value("icon").toString(), QStringLiteral("exclamation"));
-    EXPECT_TRUE(box.value("systemModal").toBool());
+    EXPECT_EQ(test::firstEvent(*host, QStringLiteral("msgbox")).value("icon").toString(), QStringLiteral("exclamation"));
     EXPECT_EQ(session().sPromptResult, QStringLiteral("first"));
     EXPECT_EQ(session().dPromptAnchorDate, Date::fromParts(2026, 4, 2));
 
     // Closed after the message: the text stays taken and the close box counts as Cancel.
-    play(call, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "kept"},
+    play(1, true, true, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "kept"},
                    {"form": "frmPrompt", "click": "OKButton"},
                    {"msgbox": "OK"},
                    {"form": "frmPrompt", "close": true}])");
@@ -140,17 +95,14 @@ TEST_F(PromptTest, CancelResetsTheResultsAndOkNeverClearsTheCancelFlag)
 {
     session().sPromptResult = QStringLiteral("from before");
     session().dPromptAnchorDate = Date::fromParts(2020, 1, 1);
-    play(Call(), R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "typed"},
+    play(1, false, false, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "typed"},
                      {"form": "frmPrompt", "click": "CancelButton"}])");
     EXPECT_TRUE(session().bPromptCancelled);
     EXPECT_EQ(session().sPromptResult, QString());
     EXPECT_EQ(session().dPromptAnchorDate, Date());
     EXPECT_FALSE(modTasks::EditedTemplate().OptionsDialogDeclined);
 
-    Call call;
-    call.mode = 5;
-    call.userPrompt = true;
-    play(call, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "Main St 4"},
+    play(5, false, true, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "Main St 4"},
                    {"form": "frmPrompt", "click": "OKButton"}])");
     EXPECT_EQ(session().sPromptResult, QStringLiteral("Main St 4"));
     EXPECT_EQ(session().dPromptAnchorDate, kStart) << "the present moment when no calendar shows";
@@ -166,9 +118,7 @@ TEST_F(PromptTest, TheCloseBoxOnTheQuestionIsNoAndOnTheHelpPageDeclinesTheOption
         SCOPED_TRACE(mode);
         session().bPromptCancelled = false;
         modTasks::EditedTemplate().OptionsDialogDeclined = false;
-        Call call;
-        call.mode = mode;
-        play(call, R"([{"form": "frmPrompt", "close": true}])");
+        play(mode, false, false, R"([{"form": "frmPrompt", "close": true}])");
         EXPECT_EQ(bool(session().bPromptCancelled), mode == 6);
         EXPECT_EQ(bool(modTasks::EditedTemplate().OptionsDialogDeclined), mode == 4);
     }
@@ -176,39 +126,36 @@ TEST_F(PromptTest, TheCloseBoxOnTheQuestionIsNoAndOnTheHelpPageDeclinesTheOption
     EXPECT_EQ(session().settings().ReadNumber(*key, QStringLiteral("New Task Description"), -99), -99) << "nothing written";
 }
 
-// The help page and the question page, whose labels no session's snapshot looks at, and the
-// new-group mode, which reads neither flag and leaves the results alone on Cancel.
-TEST_F(PromptTest, TheHelpAndQuestionPagesAndTheNewGroupModeIgnoringTheFlags)
+// The help page and the question page, whose labels no session's snapshot looks at, the
+// new-group mode, which reads neither flag and leaves the results alone on Cancel, and a mode no
+// caller passes, which keeps the design caption and an empty header over the input layout.
+TEST_F(PromptTest, TheHelpAndQuestionPagesTheNewGroupModeAndAnUnknownMode)
 {
-    Call call;
-    call.mode = 4;
-    play(call, kSnapshotThenCancel);
+    play(4, false, false, kSnapshotThenCancel);
     EXPECT_EQ(control("hdrText").value("caption").toString(),
               QStringLiteral("IMPORTANT NOTE:  Editing the properties of your new task template."));
     for (int i = 0; i < 4; ++i) EXPECT_TRUE(control(QStringLiteral("Label1(%1)").arg(i)).value("visible").toBool()) << i;
     EXPECT_TRUE(control("Label1(2)").value("caption").toString().startsWith(QStringLiteral("Steplets will use whatever")));
-    EXPECT_EQ(control("Check1").value("caption").toString(), QStringLiteral(" Don't show again."));
-    EXPECT_FALSE(control("Frame1(0)").value("visible").toBool());
     EXPECT_FALSE(control("Frame1(1)").value("visible").toBool());
 
-    call.mode = 6;
-    play(call, kSnapshotThenCancel);
+    play(6, false, false, kSnapshotThenCancel);
     for (int i = 0; i < 4; ++i) EXPECT_TRUE(control(QStringLiteral("Label2(%1)").arg(i)).value("visible").toBool()) << i;
     EXPECT_EQ(control("Label2(1)").value("caption").toString(), QStringLiteral("Anchor Dates:"));
     EXPECT_FALSE(control("Label1(0)").value("visible").toBool());
-    EXPECT_FALSE(control("Frame1(1)").value("visible").toBool());
     EXPECT_FALSE(control("Check1").value("visible").toBool());
 
     session().sPromptResult = QStringLiteral("old");
     session().dPromptAnchorDate = Date::fromParts(2020, 1, 1);
-    call.mode = 3;
-    call.anchorDate = true;
-    call.userPrompt = true;
-    play(call, kSnapshotThenCancel);
+    play(3, true, true, kSnapshotThenCancel);
     EXPECT_FALSE(control("Frame1(0)").value("visible").toBool()) << "the date flag is not read";
     EXPECT_TRUE(control("txtUserInput").value("visible").toBool());
     EXPECT_EQ(session().sPromptResult, QStringLiteral("old"));
     EXPECT_EQ(session().dPromptAnchorDate, Date::fromParts(2020, 1, 1));
+
+    play(9, false, false, kSnapshotThenCancel);
+    EXPECT_EQ(test::firstEvent(*host, QStringLiteral("snapshot")).value("caption").toString(), QStringLiteral(" Task Template Options"));
+    EXPECT_EQ(control("hdrText").value("caption").toString(), QString());
+    EXPECT_EQ(control("Frame1(1)").value("caption").toString(), QStringLiteral("Your prompt"));
 }
 
 } // namespace
