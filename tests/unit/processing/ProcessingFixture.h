@@ -3,43 +3,29 @@
 // the chosen templates marked and the template recordset filtered on "Tag = -1", a vdir with a
 // task collection and the demo contacts, the session pointing at both, and frmProcessTasks
 // sized, seeded and shown modally on the scripted host, whose script plays the user.
-#include "RecordingSink.h"
 #include "ScriptedSteps.h"
-#include "TempDir.h"
-#include "backends/sqlcipher/Schema.h"
-#include "backends/sqlcipher/SqlCipherStore.h"
-#include "backends/vdir/DemoContacts.h"
-#include "backends/vdir/VdirStore.h"
+#include "StoreFixture.h"
 #include "processing/frmProcessTasks.h"
 #include "templates/EditedTemplate.h"
 #include "templates/TemplateRow.h"
-#include <QDir>
 #include <map>
 
 namespace steplets::test {
 
 using RowValues = std::map<int, Value>;
 
-class ProcessingFixture : public ::testing::Test {
+class ProcessingFixture : public StoreFixture {
 protected:
-    ProcessingFixture()
+    ProcessingFixture() : StoreFixture(nullptr)
     {
-        QDir().mkpath(vdirRoot() + QStringLiteral("/tasks"));
-        vdir::writeDemoContacts(vdirRoot() + QStringLiteral("/contacts"));
-        sqlcipher::createDatabases(tmp.path());
         SessionContext& s = session();
-        s = SessionContext();
         s.ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
-        s.sContactFolderEID = QStringLiteral("contacts");
         s.sUserEID = QStringLiteral("c-morgan");
         s.sUserName = QStringLiteral("Test User");
-        s.sTaskFolderEID = QStringLiteral("tasks");
-        s.sContactFolderSID = s.sUserFldrSID = s.sTaskFolderSID = QStringLiteral("store");
-        s.cnLocal = session().store().CreateConnection();
-        s.cnLocal->Open(storeFiles::localConnectionString(tmp.path()));
-        s.cnLink = session().store().CreateConnection();
-        s.cnLink->Open(storeFiles::linkConnectionString(tmp.path()));
-        s.rsTemplates = session().store().CreateRecordset();
+        s.sUserFldrSID = QStringLiteral("store");
+        s.cnLocal = connect(storeFiles::localConnectionString(tmp.path()));
+        s.cnLink = connect(storeFiles::linkConnectionString(tmp.path()));
+        s.rsTemplates = db.CreateRecordset();
         s.rsTemplates->Open(QStringLiteral("SELECT * FROM tblSteplets"), s.cnLocal);
         modTasks::ReSetModuleVariables();
     }
@@ -47,11 +33,7 @@ protected:
     {
         window.reset();
         modTasks::ReSetModuleVariables();
-        session() = SessionContext();
-        session().ports.ui.reset();
     }
-
-    QString vdirRoot() const { return tmp.file(QStringLiteral("vdir")); }
 
     // A chosen template (Tag -1); columns not named stay Null.
     void addTemplate(const RowValues& values)
@@ -122,9 +104,9 @@ protected:
         frmProcessTasks& w = *window;
         w.m_iNewTaskCount = count;
         w.MSHFlexGrid1.setRows(count.value() + 20);
-        for (Int16 r(1); r <= count; ++r) {
+        for (Int16 r(1), column(0); r <= count; ++r) {
             if ((r.value() - 1) % rs.RecordCount() == 0) rs.MoveFirst();
-            w.MSHFlexGrid1.setTextArray(w.faIndex(r, Int16(0)), rs.Fields(modTasks::col::Subject).value().textOrEmpty());
+            w.MSHFlexGrid1.setTextArray(w.faIndex(r, column), rs.Fields(modTasks::col::Subject).value().textOrEmpty());
             rs.MoveNext();
         }
         w.hdrText.setCaption(QStringLiteral("Please wait while the tasks are processed."));
@@ -199,8 +181,6 @@ protected:
     // The names new items get on their first save; random if unset.
     std::function<QString()> entryIds;
 
-    TempDir tmp;
-    RecordingSink sink{[]() -> QString& { return session().ErrorTrail; }};
     std::shared_ptr<scripted::ScriptedHost> host;
     std::unique_ptr<frmProcessTasks> window;
 };
