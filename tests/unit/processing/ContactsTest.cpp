@@ -31,15 +31,9 @@ protected:
 // grid; the user linked on top by each of the two settings, so twice without a contact.
 TEST_F(ProcessedContacts, LinksAndTheirTextFollowTheModeTheContactsAndTheUserSettings)
 {
-    struct Case {
-        const char* name;
-        int mode;
-        const char* contact;
-        std::initializer_list<const char*> chosen;
-        bool linkUser;
-        QStringList links;
-        const char* shown;                         // an EntryID stands for its card's FileAs
-    };
+    // In `shown` an EntryID stands for its card's FileAs.
+    struct Case { const char* name; int mode; const char* contact; std::initializer_list<const char*> chosen; bool linkUser;
+                  QStringList links; const char* shown; };
     const Case cases[] = {
         {"no contact", 0, "", {}, false, {}, ""},
         {"no contact, user asked twice", 0, "", {}, true, {"c-morgan", "c-morgan"}, "Test User"},
@@ -88,12 +82,9 @@ TEST_F(ProcessedContacts, ModeTwoRunsEveryTemplateOncePerContactWithItsPromptsFi
         }
     ASSERT_TRUE(play(steps + kOK, 3));
 
+    // Each pass's links are played by launch-separate-mode-run; here the grid names them.
     const char* order[] = {"c-ada", "c-ada", "c-ben", "c-ben", "c-clara", "c-clara"};
-    for (int r = 1; r <= 6; ++r) {
-        if (r == 3) continue;
-        EXPECT_EQ(links(r), QStringList({order[r - 1]})) << "row " << r;
-        EXPECT_EQ(cell(r, 3), fileAs(order[r - 1])) << "row " << r;
-    }
+    for (int r : {1, 2, 4, 5, 6}) EXPECT_EQ(cell(r, 3), fileAs(order[r - 1])) << "row " << r;
     // The Cancel skips that contact's first template only, not the pass nor the later passes.
     EXPECT_EQ(cell(3, 0), "Intake (Skipped)") << "pass 2 begins at grid row 3";
     EXPECT_EQ(cell(4, 0), "Engagement letter");
@@ -103,8 +94,7 @@ TEST_F(ProcessedContacts, ModeTwoRunsEveryTemplateOncePerContactWithItsPromptsFi
     EXPECT_EQ(s.sContactEID, "c-grace") << "the contact of the session is put back";
 
     // Only the first dialog of each pass names its contact; each pass shows its prompts before its tasks.
-    QStringList prompts;
-    QStringList headers;
+    QStringList prompts, headers;
     for (const auto& e : host->events()) {
         const QJsonObject o = e.toObject();
         if (o.value("show").toString() == "frmPrompt") prompts << o.value("at").toString();
