@@ -4,7 +4,6 @@
 #include "ScriptedSteps.h"
 #include "dialogs/FormatPreview.h"
 #include "dialogs/frmNewTask.h"
-#include "dialogs/frmOptions.h"
 #include "session/SessionContext.h"
 #include "templates/EditedTemplate.h"
 #include <gtest/gtest.h>
@@ -96,25 +95,6 @@ TEST_F(FillinEditorTest, APromptOutlivesAChangeOfItsFieldsFillinAndTheBoxKeepsIt
     frmNewTask& g = play({kPrompt, kEmpty, kEmpty, kEmpty},
                          kFillinsTab + QStringLiteral("{\"form\": \"frmNewTask\", \"type\": \"txtUserPrompt\", \"text\": \"%1\"},").arg(long45));
     EXPECT_EQ(g.sUserPrompt[1], long45.left(40)) << "typing stops at 40 characters";
-}
-
-// Nothing of the component is shown over the options dialog, so only code can make it active
-// again: the stored view comes back, and Apply stays enabled.
-TEST_F(FillinEditorTest, TheOptionsDialogActiveAgainSelectsTheStoredViewAndKeepsApplyEnabled)
-{
-    host = test::hostWith();
-    session().ports.ui = host;
-    session().iTaskSelection = Int16(1);
-    frmOptions options(*host);
-    options.Load();
-    ASSERT_FALSE(options.cmdApply.Enabled());
-    options.Option1[0].setValue(true);
-    ASSERT_TRUE(options.cmdApply.Enabled());
-    options.activate();
-    EXPECT_TRUE(options.Option1[1].Value());
-    EXPECT_FALSE(options.Option1[0].Value());
-    EXPECT_TRUE(options.cmdApply.Enabled());
-    options.Unload();
 }
 
 TEST(FormatPreviewTest, EachFillinShowsItsSampleJoinedBySeparators)
