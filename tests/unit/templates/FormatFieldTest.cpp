@@ -37,13 +37,11 @@ protected:
         s.sMainActivity = "Audit 2024";   // never part of a subject
         ada = ol::asContact(session().olNS->GetItemFromID("c-ada", "store"));
     }
-    void fillIns(const QString& a, const QString& b = {}, const QString& c = {}, const QString& d = {})
+    void fillIns(const QStringList& f)
     {
         auto& t = EditedTemplate();
-        t.FillIn1 = a.isEmpty() ? EmptyFillin() : a;
-        t.FillIn2 = b.isEmpty() ? EmptyFillin() : b;
-        t.FillIn3 = c.isEmpty() ? EmptyFillin() : c;
-        t.FillIn4 = d.isEmpty() ? EmptyFillin() : d;
+        QString* fields[] = {&t.FillIn1, &t.FillIn2, &t.FillIn3, &t.FillIn4};
+        for (int k = 0; k < 4; ++k) *fields[k] = f.value(k).isEmpty() ? EmptyFillin() : f.value(k);
     }
     QString withAda() { return FormatField(QStringLiteral("Annual review"), ada, clock()); }
     QString alone() { return FormatField(QStringLiteral("Annual review"), nullptr, clock()); }
@@ -79,7 +77,7 @@ TEST_F(Subjects, BothBranchesComposeTheFillinsWithTheirSeparators)
     };
     session().sPromptResult = "Q3";
     for (const Case& c : cases) {
-        fillIns(c.fillins.value(0), c.fillins.value(1), c.fillins.value(2), c.fillins.value(3));
+        fillIns(c.fillins);
         EXPECT_EQ(withAda(), QString::fromUtf8(c.withAda)) << c.why;
         EXPECT_EQ(alone(), QString::fromUtf8(c.alone)) << c.why;
     }
@@ -87,28 +85,26 @@ TEST_F(Subjects, BothBranchesComposeTheFillinsWithTheirSeparators)
     EXPECT_TRUE(session().ErrorTrail.endsWith("\r\nX:modTasks: FormatField"));
 }
 
-TEST_F(Subjects, OddCasesOfEitherBranch)
+TEST_F(Subjects, OddCasesOfEitherBranchAndAFailureMidway)
 {
     session().sContactName.clear();
-    fillIns("Client (from current TimeCard)", kSubject);
+    fillIns({"Client (from current TimeCard)", kSubject});
     EXPECT_EQ(withAda(), "Annual review") << "no contact name, no word for it";
     session().sJobOrder.clear();
     const QString matter = QStringLiteral("Matter (from current TimeCard)");
-    fillIns(matter, matter, matter);
+    fillIns({matter, matter, matter});
     EXPECT_EQ(alone(), ": : ") << "without a contact doubled separators stay";
     ada->set(QStringLiteral("Birthday"), Date::fromParts(1985, 4, 12));
-    fillIns("Birthday (Outlook Contact Property)", "Importance (Outlook Contact Property)",
-            "Company Name (Outlook Contact Property)", "User Properties (Outlook Contact Property)");
+    fillIns({"Birthday (Outlook Contact Property)", "Importance (Outlook Contact Property)",
+            "Company Name (Outlook Contact Property)", "User Properties (Outlook Contact Property)"});
     EXPECT_EQ(withAda(), "4/12/1985: 1: Byrne & Lowell LLP") << "contact properties of every kind become text";
     EXPECT_TRUE(sink.failures.empty());
-}
 
-TEST_F(Subjects, AFailureReturnsTheSubjectAsFarAsBuiltWithItsLastSeparator)
-{
-    fillIns(kFullName, kTime, kSubject);
+    // A failure returns the subject as far as built, with its last separator.
+    fillIns({kFullName, kTime, kSubject});
     auto failing = []() -> Date { throw Failure(5, QStringLiteral("Invalid procedure call or argument")); };
     EXPECT_EQ(FormatField(QStringLiteral("Annual review"), ada, failing), "Ada Byrne: ");
-    fillIns("Description (from current TimeCard)", kTime, kSubject);
+    fillIns({"Description (from current TimeCard)", kTime, kSubject});
     EXPECT_EQ(FormatField(QStringLiteral("Annual review"), nullptr, failing), "Quarterly filing: ");
     ASSERT_EQ(sink.failures.size(), 2u);
     for (const auto& f : sink.failures) EXPECT_TRUE(f.number == 5 && f.location.contains("X:modTasks: FormatField:Line "));

@@ -1,11 +1,9 @@
 // A template row back on a real task for editing: the first row of the filter, fixed dates
-// rolled one unit at a time, distances from the present moment or the anchor just chosen, the
-// recurrence written under its conditions, "Source", Save, and the total work after the save.
+// rolled, the recurrence around the anchor just chosen, the options, Save, and the total work
+// after the save. The editing scenarios play the dates of a fixed and an anchor template.
 #include "TemplateFixture.h"
 #include "platform/SafeTaskItem.h"
-#include "templates/FormatField.h"
 #include "templates/TaskForEdit.h"
-#include "templates/TemplateRow.h"
 
 using namespace steplets;
 using namespace steplets::modTasks;
@@ -29,10 +27,9 @@ protected:
         auto fresh = vdir::openVdirStore(config, std::make_shared<NoDisplay>())->GetNamespace();
         return ol::asTask(fresh->GetItemFromID(entryId, QStringLiteral("store")));
     }
-    static RowValues fixedRow(RowValues extra)
+    static RowValues fixedRow(RowValues row)
     {
-        RowValues row{{col::Subject, "Annual review"}, {col::DateType, Int16(0)}, {col::IsRecurring, false}};
-        for (const auto& [pos, v] : extra) row[pos] = v;
+        row.insert({{col::Subject, "Annual review"}, {col::DateType, Int16(0)}, {col::IsRecurring, false}});
         return row;
     }
 };
@@ -80,32 +77,20 @@ TEST_F(TaskForEdit, AnAnchorTemplateIsRebuiltAroundTheAnchorJustChosen)
     EXPECT_NE(p->get("Occurrences"), Value(3)) << "the count is not restored for a relative or anchor template";
 }
 
-TEST_F(TaskForEdit, OptionsComeFromTheRowExceptTheAnchorDescriptionAndNullsKeepWhatWasThere)
+// The options come from the row, except the anchor description, and Null ones keep what the
+// dialog had; the task is saved, and its total work set after the save.
+TEST_F(TaskForEdit, OptionsComeFromTheRowAndTheTaskIsSavedBeforeItsTotalWork)
 {
     auto& t = EditedTemplate();
-    t.FillIn2 = "from the dialog";
-    t.UserPrompt3 = "from the dialog";
-    t.AnchorDescription = "from the dialog";
-    addRow(fixedRow({{col::FillIn1, "Current Date"}, {col::UserPrompt1, "Which quarter?"},
-                     {col::PromptForAssignee, true}, {col::AnchorDescription, "from the row"},
-                     {col::DueDate, Date::fromParts(2025, 1, 1)}}));
-    edit();
-    EXPECT_EQ(t.DateType.value(), 0);
-    EXPECT_EQ(t.FillIn1, "Current Date");
-    EXPECT_EQ(t.FillIn2, "from the dialog");
-    EXPECT_EQ(t.UserPrompt1, "Which quarter?");
-    EXPECT_EQ(t.UserPrompt3, "from the dialog");
-    EXPECT_EQ(t.PromptForAssignee, "True");
-    EXPECT_EQ(t.AnchorDescription, "from the dialog");
-}
-
-TEST_F(TaskForEdit, TheTaskIsSavedAndTheTotalWorkComesAfterTheSave)
-{
-    addRow(fixedRow({{col::DueDate, Date::fromParts(2025, 1, 1)}, {col::TotalWork, 120}, {col::ActualWork, 30},
-                     {col::Body, "Bring the file."}, {col::Categories, "Tax"}, {col::Importance, 2},
-                     {col::Status, 1}, {col::TeamTask, true}}));
+    t.FillIn2 = t.UserPrompt3 = t.AnchorDescription = "from the dialog";
+    addRow(fixedRow({{col::FillIn1, "Current Date"}, {col::UserPrompt1, "Which quarter?"}, {col::PromptForAssignee, true},
+                     {col::AnchorDescription, "from the row"}, {col::DueDate, Date::fromParts(2025, 1, 1)},
+                     {col::TotalWork, 120}, {col::ActualWork, 30}, {col::Body, "Bring the file."}, {col::Categories, "Tax"},
+                     {col::Importance, 2}, {col::Status, 1}, {col::TeamTask, true}}));
     auto item = edit();
     ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].description.toStdString();
+    EXPECT_EQ(QStringList({t.FillIn1, t.FillIn2, t.UserPrompt1, t.UserPrompt3, t.PromptForAssignee, t.AnchorDescription}),
+              QStringList({"Current Date", "from the dialog", "Which quarter?", "from the dialog", "True", "from the dialog"}));
     EXPECT_EQ(taskFiles(), 1);
     EXPECT_EQ(item->get("TotalWork"), Value(120));
     EXPECT_FALSE(item->Saved()) << "the total work is a change the form opens with";
