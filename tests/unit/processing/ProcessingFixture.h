@@ -5,9 +5,11 @@
 // sized, seeded and shown modally on the scripted host, whose script plays the user.
 #include "ScriptedSteps.h"
 #include "StoreFixture.h"
+#include "backends/vdir/TaskCalendar.h"
 #include "processing/frmProcessTasks.h"
 #include "templates/EditedTemplate.h"
 #include "templates/TemplateRow.h"
+#include <QFile>
 #include <map>
 
 namespace steplets::test {
@@ -147,6 +149,34 @@ protected:
             rows.emplace_back(rs->Fields(QStringLiteral("EntryID")).value().textOrEmpty(),
                               rs->Fields(QStringLiteral("TimeCardID")).value().longOrZero());
         return rows;
+    }
+    QStringList links(int r) const
+    {
+        auto task = storedRow(r);
+        QStringList ids;
+        for (int k = 1; k <= task->Links().Count(); ++k) ids << task->Links().Item(k)->EntryID();
+        return ids;
+    }
+    QString fileAs(const char* id) const
+    {
+        return ol::asContact(session().olNS->GetItemFromID(QString::fromLatin1(id), "store"))->FileAs();
+    }
+    // A time card whose main activity marks each task; the sub-activity has no term, so no mark.
+    void timeCard()
+    {
+        SessionContext& s = session();
+        s.lTimeCardID = 42;
+        s.sMainActivityTerm = "Matter";
+        s.sMainActivity = "Smith v Jones";
+        s.sSubActivityTerm = "";
+        s.sSubActivity = "Drafting";
+    }
+    // A task as its file holds it, marks with their type and folder-field flag included.
+    vdir::TaskData onFile(const QString& entryId) const
+    {
+        QFile f(vdirRoot() + QStringLiteral("/tasks/") + entryId + QStringLiteral(".ics"));
+        EXPECT_TRUE(f.open(QIODevice::ReadOnly)) << f.fileName().toStdString();
+        return vdir::readTaskCalendar(f.readAll(), nullptr).value_or(vdir::TaskData{});
     }
     // How many events of that kind the host recorded; with `form`, only those naming it.
     int count(const char* kind, const char* form = nullptr) const

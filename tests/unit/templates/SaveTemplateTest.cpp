@@ -135,31 +135,17 @@ TEST_F(SaveTemplate, ARecurringTaskStoresItsPatternAndDayDistancesWithOnlyTheEnd
                                                    Date::fromParts(2030, 1, 7).serial() - moment.serial()))));
 }
 
-TEST_F(SaveTemplate, ANonRecurringTaskWritesZerosOverAnEarlierPattern)
+// An edit keeps the old text where the new one is empty; a non-recurring task writes zeros over
+// the earlier pattern.
+TEST_F(SaveTemplate, AnEditKeepsTheOldTextWhereTheNewOneIsEmptyAndZerosAnEarlierPattern)
 {
-    addRow({{col::Subject, "Old"}, {col::IsRecurring, true}, {col::RecurrenceType, 5}, {col::Interval, 1},
-            {col::MonthOfYear, 4}, {col::DayOfMonth, 15}, {col::NoEndDate, true}, {col::Regenerate, true},
-            {col::PatternStartDate, Date::fromParts(2020, 4, 15)}, {col::PatternEndDate, Date::fromParts(2030, 4, 15)},
-            {col::PatternStartOffset, 12}, {col::PatternEndOffset, 30}});
-    save(task({{"Subject", "Once"}}), true);
-    ASSERT_TRUE(sink.failures.empty()) << sink.failures[0].description.toStdString();
-    for (int pos = col::DayOfMonth; pos <= col::Regenerate; ++pos) {
-        const Value v = stored(pos);
-        EXPECT_FALSE(v.isNull()) << pos;
-        EXPECT_EQ(v.doubleOrZero(), 0.0) << pos;
-    }
-    for (int pos : {int(col::PatternEndDate), int(col::PatternStartDate)}) EXPECT_TRUE(stored(pos).dateOrZero().isZero()) << pos;
-    for (int pos : {int(col::PatternStartOffset), int(col::PatternEndOffset)}) EXPECT_EQ(stored(pos), Value(0)) << pos;
-    EXPECT_EQ(stored(col::IsRecurring), Value(false));
-}
-
-TEST_F(SaveTemplate, AnEditKeepsTheOldTextWhereTheNewOneIsEmpty)
-{
-    // The texts kept: subject, body, the one-way texts, prompts and the anchor description.
     const RowValues old{{col::Subject, "Kept"}, {col::Body, "Kept"}, {col::BillingInformation, "Kept"}, {col::Categories, "Kept"},
                         {col::Companies, "Kept"}, {col::Mileage, "Kept"}, {col::ReminderSoundFile, "Kept"}, {col::Role, "Kept"},
                         {col::UserPrompt1, "Kept"}, {col::AnchorDescription, "Kept"}, {col::PromptForAssignee, true},
-                        {col::ActualWork, 45}, {col::FillIn1, "Current Date"}};
+                        {col::ActualWork, 45}, {col::FillIn1, "Current Date"}, {col::IsRecurring, true},
+                        {col::RecurrenceType, 5}, {col::Interval, 1}, {col::MonthOfYear, 4}, {col::DayOfMonth, 15},
+                        {col::NoEndDate, true}, {col::Regenerate, true}, {col::PatternStartDate, Date::fromParts(2020, 4, 15)},
+                        {col::PatternEndDate, Date::fromParts(2030, 4, 15)}, {col::PatternStartOffset, 12}, {col::PatternEndOffset, 30}};
     addRow(old);
     save(task({}), true);
 
@@ -172,6 +158,12 @@ TEST_F(SaveTemplate, AnEditKeepsTheOldTextWhereTheNewOneIsEmpty)
     EXPECT_EQ(stored(col::ActualWork), Value(0));
     EXPECT_EQ(stored(col::FillIn1), Value("[Empty]"));
     EXPECT_EQ(openTemplates()->RecordCount(), 1) << "an edit adds no row";
+    for (int pos = col::DayOfMonth; pos <= col::Regenerate; ++pos) {
+        EXPECT_FALSE(stored(pos).isNull()) << pos;
+        EXPECT_EQ(stored(pos).doubleOrZero(), 0.0) << pos;
+    }
+    for (int pos : {int(col::PatternStartOffset), int(col::PatternEndOffset)}) EXPECT_EQ(stored(pos), Value(0)) << pos;
+    EXPECT_EQ(stored(col::IsRecurring), Value(false));
 }
 
 // Without a temporary task, or with distances that overflow (minutes from the year 100 to the
