@@ -1,20 +1,18 @@
-// The contact dialogs on the scripted host and a real link database, where no session reaches:
-// frmSelectContacts with an empty list or a contact gone inactive, and the contact picker
-// port without a namespace or given a choice without a number. tblContacts holds three active
-// contacts with cards, one no longer active and one without a card.
+// frmSelectContacts on the scripted host and a real link database, with an empty list or a
+// contact gone inactive. tblContacts holds three active contacts with cards, one no longer active
+// and one without a card; the contact picker is played by the contacts-picker scenarios.
 #include "ScriptedSteps.h"
 #include "StoreFixture.h"
 #include "dialogs/frmSelectContacts.h"
-#include "platform/ContactPicker.h"
 
 using namespace steplets;
 using namespace steplets::test;
 
 namespace {
 
-class ContactDialogs : public StoreFixture {
+class SelectContacts : public StoreFixture {
 protected:
-    ContactDialogs() : StoreFixture(nullptr)
+    SelectContacts() : StoreFixture(nullptr)
     {
         session().cnLink = connect(storeFiles::linkConnectionString(tmp.path()));
         auto rs = db.CreateRecordset();
@@ -55,31 +53,15 @@ protected:
         return *form;
     }
 
-    // Shows the picker of that version as the chooser does, the script answering.
-    ContactPicker& pick(int outlookVersion, const char* answer, bool withNamespace)
-    {
-        picker.reset();
-        host = hostWith(answer);
-        picker = createContactPicker(outlookVersion, *host, db, withNamespace ? session().olNS : nullptr);
-        SessionContext& s = session();
-        qint32 timeCard = 77, option = 2, flags = 16, top = 1200, left = 2400, width = 7320, height = 7680;
-        QString provider = QStringLiteral("prov"), filter, r1, r2, r3, r4, r5, r6;
-        Bool16 bManage(false);
-        picker->ShowPicker(s.cnLink, timeCard, provider, option, s.sContactFolderEID, s.sContactFolderSID, filter,
-                           bManage, flags, r1, r2, r3, r4, r5, r6, top, left, width, height, nullptr);
-        return *picker;
-    }
-
     QStringList texts;
     QList<qint32> ids;
     std::unique_ptr<scripted::ScriptedHost> host;
     std::unique_ptr<frmSelectContacts> form;
-    std::unique_ptr<ContactPicker> picker;
 };
 
 
 // An empty list, and a contact that left the active rows after the list was filled.
-TEST_F(ContactDialogs, SelectContactsWithAnEmptyListAndWithAContactNoLongerActive)
+TEST_F(SelectContacts, AnEmptyListAndAContactNoLongerActive)
 {
     select(1, QString(), R"([{"form": "frmSelectContacts", "snapshot": true}, {"form": "frmSelectContacts", "click": "CancelButton"}])");
     EXPECT_EQ(form->lbContacts.ListCount(), 0);
@@ -97,21 +79,6 @@ TEST_F(ContactDialogs, SelectContactsWithAnEmptyListAndWithAContactNoLongerActiv
     EXPECT_EQ(chosen[chosen.ubound()], QString());
     EXPECT_TRUE(session().rsContacts->currentFilter().isEmpty());
     EXPECT_TRUE(sink.failures.empty());
-}
-
-// Which version a session's Outlook gets, and the rows offered with their cards, are played by
-// the contacts-picker scenarios.
-TEST_F(ContactDialogs, ThePickerWithoutANamespaceOffersNoCardAndAChoiceWithoutANumberGivesNothing)
-{
-    pick(11, R"([{"picker": "cancel"}])", false);
-    QStringList offered;
-    for (const auto& r : firstEvent(*host, QStringLiteral("picker"))[QStringLiteral("offered")].toArray())
-        offered << r[QStringLiteral("name")].toString() + (r[QStringLiteral("hasCard")].toBool() ? " card" : " -");
-    EXPECT_EQ(offered, (QStringList{"Ada Byrne -", "Benjamin Okafor -", "Clara Lindqvist -", "No Card -"}));
-    const ContactPicker& p = pick(9, R"([{"picker": {"ContactID": 0, "name": "Ada Byrne", "EntryID": "c-ada"}}])", true);
-    EXPECT_EQ(p.ContactID(), 0);
-    EXPECT_TRUE(p.ContactName().isEmpty());
-    EXPECT_TRUE(p.ContactEntryID().isEmpty());
 }
 
 } // namespace

@@ -111,7 +111,6 @@ TEST(FormatPreviewTest, EachFillinShowsItsSampleJoinedBySeparators)
          "Brackenfell Software Corporation: [Task Template Subject]"},
         {{QStringLiteral("First Name (Outlook Contact Property)"), QStringLiteral("Office Location (Outlook Contact Property)"),
           QStringLiteral("Last Name (Outlook Contact Property)"), e}, false, "Tobin: Hask"},
-        {{QString(), e, e, e}, false, ""},
         {{QStringLiteral("Business Home Page (Outlook Contact Property)"), e, e, e}, false, "303-555-1212"},
         {{QStringLiteral("Client (from current TimeCard)"), QStringLiteral("Prompt for user input"), e, e}, false,
          "Ira Dunmore: [User Input]"},

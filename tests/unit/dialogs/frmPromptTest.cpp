@@ -56,21 +56,6 @@ protected:
 const char* const kSnapshotThenCancel = R"([{"form": "frmPrompt", "snapshot": true},
                                             {"form": "frmPrompt", "click": "CancelButton"}])";
 
-// Which frames each layout shows is played by the launch scenarios; their placement is not.
-TEST_F(PromptTest, EachLayoutPlacesItsFramesAndButtonsAtItsHeight)
-{
-    struct Layout { bool anchorDate, userPrompt; int height, textTop, buttonsTop; };
-    for (const Layout& l : {Layout{false, false, 3135, 1035, 2160}, Layout{true, true, 4110, 2070, 3150},
-                            Layout{true, false, 3135, 2070, 2160}}) {
-        SCOPED_TRACE(testing::Message() << l.anchorDate << l.userPrompt);
-        frmPrompt& f = play(1, l.anchorDate, l.userPrompt, kSnapshotThenCancel);
-        EXPECT_EQ(f.Height(), l.height);
-        EXPECT_EQ(f.OKButton.Top(), l.buttonsTop);
-        EXPECT_EQ(f.CancelButton.Top(), l.buttonsTop);
-        if (!l.anchorDate || l.userPrompt) { EXPECT_EQ(f.Frame1[1].Top(), l.textTop); }
-    }
-}
-
 TEST_F(PromptTest, OkWithoutADateSaysSoKeepsTheFormOpenAndHasTakenTheTextAlready)
 {
     play(1, true, true, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "first"},

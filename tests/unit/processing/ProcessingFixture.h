@@ -46,22 +46,19 @@ protected:
         rs.Fields(QStringLiteral("Tag")).setValue(Int16(-1));
         rs.Update();
     }
-    // A template due a day after its moment of processing, or one with fixed dates.
-    static RowValues relative(const char* subject, RowValues extra = {})
+    // A template due a day after its moment of processing, or one with fixed dates; `row` names
+    // the columns that differ.
+    static RowValues relative(const char* subject, RowValues row = {})
     {
         using namespace modTasks;
-        return with({{col::Subject, subject}, {col::DateType, 1}, {col::DueDateOffset, 24 * 60}, {col::ReminderOffset, 0},
-                     {col::StartDateOffset, 0}, {col::Importance, 1}, {col::Status, 0}}, extra);
+        row.insert({{col::Subject, subject}, {col::DateType, 1}, {col::DueDateOffset, 24 * 60}, {col::ReminderOffset, 0},
+                    {col::StartDateOffset, 0}, {col::Importance, 1}, {col::Status, 0}});
+        return row;
     }
-    static RowValues fixed(const char* subject, RowValues extra = {})
+    static RowValues fixed(const char* subject, RowValues row = {})
     {
         using namespace modTasks;
-        return with({{col::Subject, subject}, {col::DateType, 0}, {col::IsRecurring, false}, {col::Importance, 1},
-                     {col::Status, 0}}, extra);
-    }
-    static RowValues with(RowValues row, const RowValues& extra)
-    {
-        for (const auto& [pos, v] : extra) row[pos] = v;
+        row.insert({{col::Subject, subject}, {col::DateType, 0}, {col::IsRecurring, false}, {col::Importance, 1}, {col::Status, 0}});
         return row;
     }
     // A fresh run on the same stores: no template rows, no chosen contacts.

@@ -1,5 +1,4 @@
-// The date rules' arithmetic: the roll unit per recurrence, rolling one unit at a time against a
-// clock read at every test. How a template's dates and distances go through them is pinned by the
+// The date rules' arithmetic: the roll unit per recurrence, rolling one unit at a time. How a template's dates and distances go through them is pinned by the
 // processing tests.
 #include "templates/DateRules.h"
 #include <gtest/gtest.h>
@@ -43,20 +42,4 @@ TEST(RollForward, APastDateAdvancesToTheFirstOfItsRhythmThatIsNotPast)
     for (const Case& c : cases) EXPECT_EQ(RollForward(c.from, QString::fromLatin1(c.unit), standingAt(c.now)), c.rolled) << c.why;
     // No unit cannot advance a past date: the calendar refuses it.
     EXPECT_THROW(RollForward(Date::fromParts(2020, 1, 1), QString(), standingAt(kNow)), Failure);
-}
-
-TEST(RollForward, AsksTheClockAgainAtEveryTest)
-{
-    // A clock that moves on an hour at each reading: the rolled date must catch up with it.
-    Date moving = kNow;
-    int reads = 0;
-    auto clock = [&] {
-        const Date d = moving;
-        moving = moving.add("h", 1);
-        ++reads;
-        return d;
-    };
-    const Date rolled = RollForward(kNow.add("d", -10), "d", clock);
-    EXPECT_EQ(rolled, kNow.add("d", 1));
-    EXPECT_EQ(reads, 12);
 }

@@ -35,7 +35,6 @@ TEST_F(FillinList, OnlyTheTermsGivenGetARowAfterWhatTheBoxHeld)
 {
     struct Case { QStringList terms; QStringList rows; QList<int> codes; };
     const Case cases[] = {
-        {{{}, {}, {}, {}}, {}, {}},
         {{{}, "Project", {}, "Matter"}, {"Project", "Matter"}, {3, 102}},
         {{"Client", "Project", "Phase", "Matter"}, {"Client", "Project", "Phase", "Matter"}, {2, 3, 4, 102}},
     };
