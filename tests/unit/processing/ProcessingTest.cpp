@@ -28,9 +28,9 @@ TEST_F(Processed, FixedDatesRollForwardAndRecurrenceIsWrittenUnderItsConditions)
     addTemplate(fixed("Weekly check", {{col::IsRecurring, true}, {col::RecurrenceType, 1}, {col::Interval, 2},
                                        {col::DayOfWeekMask, ol::olMonday}, {col::NoEndDate, true},
                                        {col::DueDate, at(2026, 2, 23, 9, 0)}, {col::PatternStartDate, at(2026, 2, 23)}}));
-    // Month-nth, relative: its Interval and an Instance under 6 are written.
-    addTemplate(relative("Board pack", {{col::IsRecurring, true}, {col::RecurrenceType, 3}, {col::Interval, 2},
-                                        {col::Instance, 2}, {col::DayOfWeekMask, ol::olTuesday}}));
+    // Month-nth, relative: its Interval and an Instance under 6 are written, its count is not.
+    addTemplate(relative("Board pack", {{col::IsRecurring, true}, {col::RecurrenceType, 3}, {col::Interval, 2}, {col::Instance, 2},
+                                        {col::DayOfWeekMask, ol::olTuesday}, {col::NoEndDate, false}, {col::Occurrences, 3}}));
     // Yearly, fixed: no Interval, MonthOfYear written, rolled by years; an end date with occurrences.
     addTemplate(fixed("Renewal", {{col::IsRecurring, true}, {col::RecurrenceType, 5}, {col::Interval, 4}, {col::DayOfMonth, 10},
                                   {col::MonthOfYear, 7}, {col::NoEndDate, false}, {col::PatternEndDate, at(2035, 7, 10)},
@@ -58,6 +58,7 @@ TEST_F(Processed, FixedDatesRollForwardAndRecurrenceIsWrittenUnderItsConditions)
 
     EXPECT_EQ(pattern(4, "Interval"), Value(2)) << "unlike a yearly one, a Month-nth pattern takes the Interval";
     EXPECT_EQ(pattern(4, "Instance"), Value(2));
+    EXPECT_NE(pattern(4, "Occurrences"), Value(3)) << "the count is not restored for a relative or anchor template";
 
     EXPECT_NE(pattern(5, "Interval"), Value(4)) << "a yearly pattern never takes the Interval";
     EXPECT_EQ(pattern(5, "MonthOfYear"), Value(7));
