@@ -3,9 +3,11 @@
 // today rule and the 31 Dec 2029 guards, the temporary task deleted, and a failure. Back on a task
 // for editing: the first row of the filter, fixed dates rolled, the options, Save, and the total
 // work after the save. The editing scenarios play the dates of a fixed and an anchor template;
-// the recurrence written is the processing tests' own.
+// the recurrence written is the processing tests' own. And the date rules' arithmetic: the roll
+// unit per recurrence, rolling one unit at a time.
 #include "TemplateFixture.h"
 #include "platform/SafeTaskItem.h"
+#include "templates/DateRules.h"
 #include "templates/TaskForEdit.h"
 #include <optional>
 
@@ -63,6 +65,11 @@ protected:
     }
 };
 using SaveTemplate = TemplateRows;
+modTasks::Clock standingAt(const Date& d)
+{
+    return [d] { return d; };
+}
+const Date kNow = Date::fromParts(2024, 3, 14, 15, 30);
 using TaskForEdit = TemplateRows;
 
 } // namespace
@@ -277,4 +284,31 @@ TEST_F(TaskForEdit, OnlyTheFirstRowOfTheFilterIsUsedAndAFailureMakesNothingButAR
     ASSERT_EQ(sink.failures.size(), 2u);
     EXPECT_TRUE(sink.failures[1].location.contains("X:modTasks: CreateTaskFromTemplateForEdit:Line "));
     EXPECT_EQ(taskFiles(), 1);
+}
+
+TEST(RollUnit, FollowsTheRecurrenceTypeAndKeepsTheLastUnitForAnUnknownOne)
+{
+    EXPECT_EQ(RollUnit(false, 0, QStringLiteral("d")), "yyyy") << "not recurring rolls by years";
+    const std::tuple<int, const char*, const char*> units[] = {
+        {0, "", "d"}, {1, "", "ww"}, {2, "", "m"}, {3, "", "m"}, {5, "", "yyyy"}, {6, "", "yyyy"}, {4, "ww", "ww"}, {7, "", ""}};
+    for (const auto& [type, last, unit] : units) EXPECT_EQ(RollUnit(true, type, QString::fromLatin1(last)), unit) << type;
+}
+
+// A past date advances to the first of its rhythm that is not past, time of day kept; each month
+// is added to the date reached, so 31 Jan -> 29 Feb -> 29 Mar. The zero date of a Null column is
+// rolled where the template's task is built.
+TEST(RollForward, APastDateAdvancesToTheFirstOfItsRhythmThatIsNotPast)
+{
+    struct Case { const char* why; Date from; const char* unit; Date now; Date rolled; };
+    const Case cases[] = {
+        {"passed this year", Date::fromParts(2021, 3, 1), "yyyy", kNow, Date::fromParts(2025, 3, 1)},
+        {"earlier today has passed", Date::fromParts(2024, 3, 14, 9, 0), "d", kNow, Date::fromParts(2024, 3, 15, 9, 0)},
+        {"later today", Date::fromParts(2024, 3, 14, 18, 0), "d", kNow, Date::fromParts(2024, 3, 14, 18, 0)},
+        {"the present moment", kNow, "yyyy", kNow, kNow},
+        {"no date", Date::noDate(), "d", kNow, Date::noDate()},
+        {"monthly from 31 Jan", Date::fromParts(2024, 1, 31), "m", Date::fromParts(2024, 3, 15), Date::fromParts(2024, 3, 29)},
+    };
+    for (const Case& c : cases) EXPECT_EQ(RollForward(c.from, QString::fromLatin1(c.unit), standingAt(c.now)), c.rolled) << c.why;
+    // No unit cannot advance a past date: the calendar refuses it.
+    EXPECT_THROW(RollForward(Date::fromParts(2020, 1, 1), QString(), standingAt(kNow)), Failure);
 }
