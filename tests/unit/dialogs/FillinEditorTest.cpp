@@ -107,8 +107,6 @@ TEST(FormatPreviewTest, EachFillinShowsItsSampleJoinedBySeparators)
     const QString e = kEmpty;
     struct Case { std::array<QString, 4> fillins; bool jobOrderRow; const char* preview; };
     const Case cases[] = {
-        {{QStringLiteral("Company Name (Outlook Contact Property)"), QStringLiteral("Subject field from template"), e, e}, false,
-         "Brackenfell Software Corporation: [Task Template Subject]"},
         {{QStringLiteral("First Name (Outlook Contact Property)"), QStringLiteral("Office Location (Outlook Contact Property)"),
           QStringLiteral("Last Name (Outlook Contact Property)"), e}, false, "Tobin: Hask"},
         {{QStringLiteral("Business Home Page (Outlook Contact Property)"), e, e, e}, false, "303-555-1212"},
