@@ -6,7 +6,6 @@
 #include "VdirStore.h"
 #include "chooser/frmSteplet.h"
 #include "session/SessionContext.h"
-#include <gtest/gtest.h>
 
 using namespace steplets;
 

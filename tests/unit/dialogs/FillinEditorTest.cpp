@@ -6,7 +6,6 @@
 #include "dialogs/frmNewTask.h"
 #include "session/SessionContext.h"
 #include "templates/EditedTemplate.h"
-#include <gtest/gtest.h>
 
 using namespace steplets;
 
@@ -105,13 +104,12 @@ TEST(FormatPreviewTest, EachFillinShowsItsSampleJoinedBySeparators)
     session().sJobOrderTerm = QStringLiteral("Job Order");
     const modTasks::Clock clock = [] { return Date::fromParts(2026, 3, 16, 15, 30); };
     const QString e = kEmpty;
+    auto contact = [](const char* name) { return QString::fromLatin1(name) + QStringLiteral(" (Outlook Contact Property)"); };
     struct Case { std::array<QString, 4> fillins; bool jobOrderRow; const char* preview; };
     const Case cases[] = {
-        {{QStringLiteral("First Name (Outlook Contact Property)"), QStringLiteral("Office Location (Outlook Contact Property)"),
-          QStringLiteral("Last Name (Outlook Contact Property)"), e}, false, "Tobin: Hask"},
-        {{QStringLiteral("Business Home Page (Outlook Contact Property)"), e, e, e}, false, "303-555-1212"},
-        {{QStringLiteral("Client (from current TimeCard)"), QStringLiteral("Prompt for user input"), e, e}, false,
-         "Ira Dunmore: [User Input]"},
+        {{contact("First Name"), contact("Office Location"), contact("Last Name"), e}, false, "Tobin: Hask"},
+        {{contact("Business Home Page"), e, e, e}, false, "303-555-1212"},
+        {{QStringLiteral("Client (from current TimeCard)"), kPrompt, e, e}, false, "Ira Dunmore: [User Input]"},
         {{kJobOrder, QStringLiteral("Current Date"), e, e}, false, ": Monday, 3/16/2026"},
         {{kJobOrder, QStringLiteral("Current Date"), e, e}, true, "555-55-5555: Monday, 3/16/2026"},
     };

@@ -165,7 +165,6 @@ protected:
         s.lTimeCardID = 42;
         s.sMainActivityTerm = "Matter";
         s.sMainActivity = "Smith v Jones";
-        s.sSubActivityTerm = "";
         s.sSubActivity = "Drafting";
     }
     // A task as its file holds it, marks with their type and folder-field flag included.

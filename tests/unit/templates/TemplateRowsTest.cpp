@@ -86,9 +86,7 @@ TEST_F(SaveTemplate, ANewRowHoldsEveryPropertyOfTheTaskAndTheTaskIsDeleted)
         {"Sensitivity", Value(2), col::Sensitivity}, {"Status", Value(1), col::Status},
         {"PercentComplete", Value(40), col::PercentComplete}, {"NoAging", Value(true), col::NoAging},
         {"ReminderSet", Value(true), col::ReminderSet}, {"ReminderPlaySound", Value(true), col::ReminderPlaySound},
-        {"TeamTask", Value(true), col::TeamTask}, {"DueDate", Value(Date::fromParts(2024, 3, 20)), col::DueDate},
-        {"StartDate", Value(Date::fromParts(2024, 3, 18)), col::StartDate},
-        {"ReminderTime", Value(Date::fromParts(2024, 3, 19, 9, 0)), col::ReminderTime},
+        {"TeamTask", Value(true), col::TeamTask}, {"ReminderTime", Value(Date::fromParts(2024, 3, 19, 9, 0)), col::ReminderTime},
     };
     std::map<QString, Value> props;
     for (const auto& [name, v, pos] : kept) props[QString::fromLatin1(name)] = v;
