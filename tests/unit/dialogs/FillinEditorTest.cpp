@@ -1,6 +1,5 @@
-// The subject fill-in editor of frmNewTask on the scripted host, by rule: one field at most asks
-// the user for input, a stored fill-in this run cannot show becomes "[Empty]" when its field is
-// shown, a prompt outlives a change of its field's fill-in. And the subject preview, by case.
+// The subject fill-in editor of frmNewTask on the scripted host, by rule (one field at most asks
+// the user, an unshowable fill-in empties when shown, a prompt outlives its fill-in), and the preview.
 #include "ScriptedSteps.h"
 #include "dialogs/FormatPreview.h"
 #include "dialogs/frmNewTask.h"

@@ -1,8 +1,6 @@
 #pragma once
-// A processing run on real stores, as the launch would start it: fresh SQLCipher databases with
-// the chosen templates marked and the template recordset filtered on "Tag = -1", a vdir with a
-// task collection and the demo contacts, the session pointing at both, and frmProcessTasks
-// sized, seeded and shown modally on the scripted host, whose script plays the user.
+// A processing run on real stores as the launch starts it: the chosen templates filtered on
+// "Tag = -1", frmProcessTasks seeded and shown modally on the scripted host playing the user.
 #include "ScriptedSteps.h"
 #include "StoreFixture.h"
 #include "backends/vdir/TaskCalendar.h"

@@ -1,10 +1,6 @@
-// Processing runs on real stores, by what they make: the dates of the tasks (fixed dates rolled
-// against the host's clock, distances from the moment of processing or from an anchor, the
-// recurrence under its conditions), the contacts (the three modes, the user linked by the two
-// settings, a pass per contact with its prompts first), and what a run leaves (the template's
-// properties, Null columns keeping the row before's value, grid and counters, the time card's
-// marks and tblTasks rows, Cancel and pacing, assigned tasks sent or discarded, review by double
-// click, Undo, the close box refused during a run, and a run that fails midway).
+// Processing runs on real stores: the dates of the tasks and their recurrence, the contacts
+// linked in the three modes and their passes, and what a run leaves behind: properties, grid and
+// counters, time-card marks, Cancel, assignment, review, Undo, the close box, a failure midway.
 #include "ProcessingFixture.h"
 #include "platform/SafeTaskItem.h"
 #include <QUuid>

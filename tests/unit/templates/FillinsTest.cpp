@@ -1,8 +1,6 @@
-// The fill-ins. The catalogue: the list a combo box gets, with the four rows of the host's terms
-// only where the host gave a term, the codes as item data, and the code a stored text stands for.
-// Composing a subject: the two branches (with a linked contact from the vdir, and without), the
-// doubled-separator step of the contact branch only, the "Fal" of the prompt with a contact, the
-// named date and time formats, and the result as far as built after a failure.
+// The fill-ins: the list a combo box gets and the code a stored text stands for; a subject composed
+// by either branch (with a linked contact from the vdir, and without), quirks included, and the
+// result as far as built after a failure.
 #include "ScriptedHost.h"
 #include "TemplateFixture.h"
 #include "controls/Controls.h"

@@ -1,10 +1,6 @@
-// A template between a real task in a vdir and a row of a real SQLCipher tblSteplets. Saved: the
-// columns the authoring scenarios do not look at, the pattern or zeros, the distances with the
-// today rule and the 31 Dec 2029 guards, the temporary task deleted, and a failure. Back on a task
-// for editing: the first row of the filter, fixed dates rolled, the options, Save, and the total
-// work after the save. The editing scenarios play the dates of a fixed and an anchor template;
-// the recurrence written is the processing tests' own. And the date rules' arithmetic: the roll
-// unit per recurrence, rolling one unit at a time.
+// A template between a real task in a vdir and a row of a real SQLCipher tblSteplets: saved (the
+// columns the authoring scenarios do not look at, distances and their guards), back on a task for
+// editing (the recurrence written is the processing tests' own), and the date rules' arithmetic.
 #include "TemplateFixture.h"
 #include "platform/SafeTaskItem.h"
 #include "templates/DateRules.h"
