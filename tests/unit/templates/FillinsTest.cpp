@@ -29,7 +29,6 @@ protected:
     Window w{host};
 };
 
-
 const QString kFullName = QStringLiteral("Full Name (Outlook Contact Property)");
 const QString kLastName = QStringLiteral("Last Name (Outlook Contact Property)");
 const QString kNickName = QStringLiteral("Nick Name (Outlook Contact Property)");
