@@ -55,23 +55,12 @@ protected:
         return rs->Fields(pos).value();
     }
 
-    std::shared_ptr<ol::MAPIFolder> taskFolder()
-    {
-        return session().olNS->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"));
-    }
-    std::shared_ptr<ol::ContactItem> contact(const QString& entryId)
-    {
-        return ol::asContact(session().olNS->GetItemFromID(entryId, QStringLiteral("store")));
-    }
-    int taskFiles() const
-    {
-        return QDir(vdirRoot() + QStringLiteral("/tasks")).entryList({QStringLiteral("*.ics")}, QDir::Files).size();
-    }
+    std::shared_ptr<ol::MAPIFolder> taskFolder() { return session().olNS->GetFolderFromID("tasks", "store"); }
+    int taskFiles() const { return QDir(vdirRoot() + "/tasks").entryList({"*.ics"}, QDir::Files).size(); }
     modTasks::Clock clock()
     {
         return [this] { return moment; };
     }
-
 };
 
 } // namespace steplets::test
