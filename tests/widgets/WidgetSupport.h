@@ -15,28 +15,20 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QGroupBox>
-#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMap>
 #include <QMessageBox>
-#include <QPixmap>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStyleOptionButton>
 #include <QStyleOptionGroupBox>
 #include <QTabBar>
 #include <QTest>
-#include <QTextDocument>
 #include <QTimer>
 #include <QToolBar>
-#include <QWidget>
-#include <cstdio>
-#include <cstdlib>
 #include <deque>
 #include <functional>
 #include <gtest/gtest.h>
-#include <memory>
 
 namespace steplets::test {
 
@@ -62,21 +54,18 @@ inline QWidget* shownWindow(const QString& objectName)
     return nullptr;
 }
 
-// A grab of `w` into the build directory's artifacts (and, for the README's pictures, into the
-// folder named by STEPLETS_DOCS_DIR when it is set). A grab at a scale other than 100 % is an
+// A grab of `w` into the build directory's artifacts, and into the folder named by
+// STEPLETS_DOCS_DIR when it is set, for the README. A grab at a scale other than 100 % is an
 // artifact only, named with its scale ("name@2x").
-inline void saveScreenshot(QWidget* w, const QString& name, bool forDocs = false)
+inline void saveScreenshot(QWidget* w, const QString& name)
 {
-    ASSERT_NE(w, nullptr) << "no window to photograph for " << name.toStdString();
     const QPixmap shot = w->grab();
     const qreal scale = shot.devicePixelRatio();
-    const QString file = scale == 1.0 ? name : QStringLiteral("%1@%2x").arg(name).arg(scale);
     QDir().mkpath(QStringLiteral(STEPLETS_WIDGET_ARTIFACTS));
+    const QString file = scale == 1.0 ? name : QStringLiteral("%1@%2x").arg(name).arg(scale);
     EXPECT_TRUE(shot.save(QDir(QStringLiteral(STEPLETS_WIDGET_ARTIFACTS)).filePath(file + QStringLiteral(".png"))));
     const QString docs = qEnvironmentVariable("STEPLETS_DOCS_DIR");
-    if (forDocs && !docs.isEmpty() && scale == 1.0) {
-        EXPECT_TRUE(shot.save(QDir(docs).filePath(name + QStringLiteral(".png"))));
-    }
+    EXPECT_TRUE(docs.isEmpty() || scale != 1.0 || shot.save(QDir(docs).filePath(name + QStringLiteral(".png"))));
 }
 
 // Plays the person at the screen: each step waits until its condition holds, then acts. An act
@@ -89,9 +78,8 @@ public:
         m_steps.push_back({what, std::move(ready), std::move(action)});
         return *this;
     }
-    void start(int timeoutMs = 30000)
+    void start()
     {
-        m_timeoutMs = timeoutMs;
         m_clock.start();
         schedule();
     }
@@ -108,7 +96,7 @@ private:
     void poll()
     {
         if (m_steps.empty()) return;
-        if (m_clock.elapsed() > m_timeoutMs) {
+        if (m_clock.elapsed() > 30000) {
             // Nobody can close the windows the component keeps up: leave the test program.
             std::fprintf(stderr, "widget test stuck waiting for: %s\n", m_steps.front().what);
             std::_Exit(1);
@@ -122,7 +110,6 @@ private:
 
     std::deque<Step> m_steps;
     QElapsedTimer m_clock;
-    int m_timeoutMs = 30000;
 };
 
 inline void showAndWait(QWidget& w)
@@ -170,8 +157,7 @@ inline std::unique_ptr<BoxAnswer> answerNextBox(QMessageBox::StandardButton butt
 
 inline std::string nameOf(const QWidget* w)
 {
-    const QString name = w->objectName().isEmpty() ? QString::fromLatin1(w->metaObject()->className()) : w->objectName();
-    return name.toStdString();
+    return (w->objectName().isEmpty() ? QString::fromLatin1(w->metaObject()->className()) : w->objectName()).toStdString();
 }
 
 // Widgets that Qt's composite widgets make and lay out themselves.
@@ -193,8 +179,7 @@ inline bool onScreen(const QWidget* w, const QWidget* window)
 inline void expectTextFits(const QWidget* w, const QString& text, const QRect& room, int flags)
 {
     const QRect need = QFontMetrics(w->font()).boundingRect(QRect(0, 0, room.width(), 100000), flags | Qt::TextShowMnemonic, text);
-    EXPECT_LE(need.width(), room.width()) << nameOf(w) << " cuts off \"" << text.toStdString() << "\"";
-    EXPECT_LE(need.height(), room.height()) << nameOf(w) << " cuts off \"" << text.toStdString() << "\"";
+    EXPECT_TRUE(need.width() <= room.width() && need.height() <= room.height()) << nameOf(w) << " cuts off \"" << text.toStdString() << "\"";
 }
 
 inline void expectNothingClipped(QWidget* window)
@@ -215,20 +200,18 @@ inline void expectNothingClipped(QWidget* window)
         if (auto* l = qobject_cast<QLabel*>(w)) {
             const bool rich = l->textFormat() == Qt::RichText || (l->textFormat() == Qt::AutoText && Qt::mightBeRichText(l->text()));
             if (l->text().isEmpty() || rich) continue;
-            expectTextFits(l, l->text(), l->contentsRect(), l->wordWrap() ? Qt::TextWordWrap : 0);
+            const int wrap = l->wordWrap() ? Qt::TextWordWrap : 0;
+            expectTextFits(l, l->text(), l->contentsRect(), wrap);
             // A placed label's text lies clear of the controls beside it: a text partly under a
             // button is lost. One that a control covers whole is hidden by the window's design.
             if (parent->layout() || l->objectName().isEmpty()) continue;
             const QRect text = QFontMetrics(l->font())
-                                   .boundingRect(l->contentsRect(), Qt::AlignLeft | Qt::AlignTop | Qt::TextShowMnemonic |
-                                                                        (l->wordWrap() ? Qt::TextWordWrap : 0), l->text())
+                                   .boundingRect(l->contentsRect(), Qt::AlignLeft | Qt::AlignTop | Qt::TextShowMnemonic | wrap, l->text())
                                    .translated(l->pos());
             for (QWidget* other : parent->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-                if (other != l && other->isVisibleTo(window) && !other->objectName().isEmpty() && !other->geometry().contains(text)) {
-                    EXPECT_FALSE(text.intersects(other->geometry()))
-                        << nameOf(l) << "'s text (" << text.x() << "," << text.y() << " " << text.width() << "x" << text.height()
-                        << ") runs into " << nameOf(other) << " at " << other->x() << "," << other->y();
-                }
+                EXPECT_FALSE(other != l && other->isVisibleTo(window) && !other->objectName().isEmpty() &&
+                             !other->geometry().contains(text) && text.intersects(other->geometry()))
+                    << nameOf(l) << "'s text runs into " << nameOf(other);
         } else if (auto* b = qobject_cast<QAbstractButton*>(w); b && !b->text().isEmpty()) {
             QStyleOptionButton opt;
             opt.initFrom(b);
@@ -259,8 +242,7 @@ inline void expectAcceleratorsLeadToOneControlEach(QWidget* window)
 {
     QMap<QString, QStringList> owners;
     auto add = [&](const QString& text, const QWidget* w) {
-        const QString key = QKeySequence::mnemonic(text).toString();
-        if (!key.isEmpty()) owners[key] << QString::fromStdString(nameOf(w));
+        if (const QString key = QKeySequence::mnemonic(text).toString(); !key.isEmpty()) owners[key] << QString::fromStdString(nameOf(w));
     };
     for (QWidget* w : window->findChildren<QWidget*>()) {
         if (!onScreen(w, window) || insideComposite(w, window)) continue;
@@ -300,24 +282,22 @@ inline void expectSizedByWhatIsInSight(QWidget* window)
 {
     auto* view = dynamic_cast<qt::FormView*>(window);
     if (!view || !view->form()) return;
-    const Form& form = *view->form();
-    int right = qt::twipsToPixels(form.Width() - 120, view->logicalDpiX());
-    int bottom = 0;
-    for (const Control* c : form.controls()) {
+    int right = qt::twipsToPixels(view->form()->Width() - 120, view->logicalDpiX()), bottom = 0;
+    for (const Control* c : view->form()->controls()) {
         const QWidget* w = view->widgetOf(*c);
         if (!w || w->parentWidget() != window || !w->isVisibleTo(window) || w->visibleRegion().isEmpty()) continue;
         right = std::max(right, w->geometry().right() + 1);
         bottom = std::max(bottom, w->geometry().bottom() + 1);
     }
-    const int gap = qt::twipsToPixels(60, view->logicalDpiX());
-    EXPECT_LE(window->width(), right + gap + 1) << "the window is wider than what it shows";
+    EXPECT_LE(window->width(), right + qt::twipsToPixels(60, view->logicalDpiX()) + 1) << "the window is wider than what it shows";
     EXPECT_GE(window->height(), bottom) << "the window cuts off its lowest control";
 }
 
+// A title (beside the title bar's buttons, for a message box sized by its text), nothing cut off,
+// one control per accelerator, a size from what is in sight, and Tab going round what is seen.
 inline void expectWindowWhole(QWidget* window)
 {
     EXPECT_FALSE(window->windowTitle().trimmed().isEmpty()) << nameOf(window) << " has no title";
-    // A message box, sized by its text, still holds its title beside the title bar's buttons.
     if (qobject_cast<QMessageBox*>(window)) {
         QFont bold = window->font();
         bold.setBold(true);

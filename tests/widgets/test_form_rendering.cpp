@@ -117,9 +117,7 @@ TEST_F(FormRenderingTest, TheAnchorDateDropsDownWholeWeeksAndTakesADayByKeys)
         box->setFocus();
         QTest::keyClick(box, Qt::Key_F4);
         ASSERT_TRUE(cal->isVisible());
-        EXPECT_GE(cal->height(), cal->minimumSizeHint().height());
-        EXPECT_GE(cal->width(), cal->minimumSizeHint().width());
-        test::saveScreenshot(cal->window(), QStringLiteral("prompt-anchor-date-calendar"));
+        EXPECT_TRUE(cal->height() >= cal->minimumSizeHint().height() && cal->width() >= cal->minimumSizeHint().width());
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
         QTest::qWait(20);
@@ -129,8 +127,7 @@ TEST_F(FormRenderingTest, TheAnchorDateDropsDownWholeWeeksAndTakesADayByKeys)
     driver.start();
     qint32 mode = 1;
     Bool16 withDate(true), withText(true);
-    QString userPrompt = QStringLiteral("Property address"), item = QStringLiteral("Send engagement letter (Byrne, Ada)");
-    QString anchor = QStringLiteral("Date the engagement was signed");
+    QString userPrompt = QStringLiteral("Property address"), item = QStringLiteral("Send engagement letter"), anchor = QStringLiteral("Signed");
     prompt.PromptDialog(mode, withDate, withText, userPrompt, item, anchor);
     ASSERT_TRUE(driver.finished());
     EXPECT_EQ(session().dPromptAnchorDate.toQDateTime().date(), picked);
@@ -168,8 +165,8 @@ public:
         grid.setRows(rows);
         for (int r = 1; r < rows; ++r) {
             grid.setTextMatrix(r, 0, QStringLiteral("Quarterly tax filing %1").arg(r));
-            grid.setTextMatrix(r, 1, r % 2 ? QStringLiteral("17 Nov 2026") : QStringLiteral("15 Apr 2027"));
-            grid.setTextMatrix(r, 2, r % 2 ? QStringLiteral("16 Nov 2026") : QStringLiteral("14 Apr 2027"));
+            grid.setTextMatrix(r, 1, QLatin1String(r % 2 ? "17 Nov 2026" : "15 Apr 2027"));
+            grid.setTextMatrix(r, 2, QLatin1String(r % 2 ? "16 Nov 2026" : "14 Apr 2027"));
             grid.setTextMatrix(r, 3, QStringLiteral("Byrne, Ada"));
         }
     }
@@ -200,8 +197,7 @@ TEST_F(FormRenderingTest, TheGridKeepsItsFixedRowInSightAndEachCellOnOneLine)
             if (head) fixedShown << head->text();
             else if (!g->isRowHidden(0) && g->viewport()->rect().contains(cell)) fixedShown << g->item(0, c)->text();
         }
-        EXPECT_EQ(fixedShown, (QStringList{QStringLiteral("Task Description"), QStringLiteral("Due Date"),
-                                           QStringLiteral("Reminder"), QStringLiteral("Contact Link")}));
+        EXPECT_EQ(fixedShown, (QStringList{"Task Description", "Due Date", "Reminder", "Contact Link"}));
         const QRect lastCell = g->visualItemRect(g->item(last, 0));
         EXPECT_TRUE(g->viewport()->rect().contains(lastCell));
 
@@ -213,7 +209,6 @@ TEST_F(FormRenderingTest, TheGridKeepsItsFixedRowInSightAndEachCellOnOneLine)
         for (int r = last - 1; r <= last; ++r)
             for (int c = 1; c < 3; ++c)
                 EXPECT_LE(fm.horizontalAdvance(g->item(r, c)->text()) + margin, g->columnWidth(c)) << "column " << c;
-        test::saveScreenshot(view(w), QStringLiteral("grid-scrolled-to-last-row"));
 
         // The rows keep their numbers: a click and a double click on the last one are on the
         // model's last row.
