@@ -45,12 +45,12 @@ protected:
     TempDir disk;
 };
 
-class FullDisk : public OnASmallDisk, public ::testing::WithParamInterface<int> {};
+class DiskFault : public OnASmallDisk, public ::testing::WithParamInterface<int> {};
 
 // The disk fills up as the third task of a run is saved, or before a group's long prompt is
-// written (groups are edited where no time card is open). A process reports its first failure
-// only: each case runs in a process of its own.
-TEST_P(FullDisk, IsReportedOnceAndWhatWasSavedBeforeIsWhole)
+// written (groups are edited where no time card is open); or the databases lie on a read-only
+// mount. A process reports its first failure only: each case runs in a process of its own.
+TEST_P(DiskFault, IsReportedOnceAndWhatWasSavedBeforeIsWhole)
 {
     QJsonObject group = processingSession(2);
     group.remove("host");
@@ -60,56 +60,41 @@ TEST_P(FullDisk, IsReportedOnceAndWhatWasSavedBeforeIsWhole)
     group.insert("script", QJsonArray{QJsonObject{{"form", "frmSteplet"}, {"select", "cboGroup"}, {"item", "Run"}},
                                       QJsonObject{{"form", "frmSteplet"}, {"type", "txtGroupPrompt"}, {"text", QString(1 << 20, 'p')}},
                                       QJsonObject{{"form", "frmSteplet"}, {"close", true}}});
+    const QString tasks = play() + QStringLiteral("/vdir/tasks");
+    const QStringList databases{play() + QStringLiteral("/OVLocal.db"), play() + QStringLiteral("/OVLink.db")};
+    auto contents = [&] { return vdir::readWholeFile(databases[0]) + vdir::readWholeFile(databases[1]); };
+    QByteArray before;
     struct Case {
-        const char* what;
         QJsonObject session;
         scenario::PlayHooks hooks;
         QString says;
         std::function<void()> check;
     };
-    const QString tasks = play() + QStringLiteral("/vdir/tasks");
     const Case cases[] = {
-        {"a run", processingSession(5), {{}, [&](int savedBefore) { if (savedBefore == 2) fillDisk(play()); }},
-         QStringLiteral("No space left on device"), [&] {
+        {processingSession(5), {{}, [&](int savedBefore) { if (savedBefore == 2) fillDisk(play()); }}, QStringLiteral("No space left on device"), [&] {
              EXPECT_EQ(QDir(tasks).entryList({QStringLiteral("*.ics")}, QDir::Files), (QStringList{"new-0001.ics", "new-0002.ics"}));
              EXPECT_EQ(unreadableTasks(tasks), QStringList());
              EXPECT_EQ(temporariesIn(tasks), QStringList());
              EXPECT_EQ(table("link", "tblTasks").size(), 2);
          }},
-        {"a group edited", group, {[](const QString& dir) { fillDisk(dir, 256 << 10); }, {}},
+        {group, {[](const QString& dir) { fillDisk(dir, 256 << 10); }, {}},
          QStringLiteral("Steplets cannot save a change to the database %1/OVLocal.db: the disk is full.").arg(play()), [&] {
              const QJsonArray groups = table("local", "tblTaskGroups");
              ASSERT_EQ(groups.size(), 1);
              EXPECT_EQ(groups[0].toObject().value("Prompt").toString(), "Which?");
          }},
+        {processingSession(1), {[&](const QString&) {
+             before = contents();
+             for (const QString& name : databases) ASSERT_TRUE(mountReadOnly(name));
+         }, {}}, play() + QStringLiteral("/OVLocal.db: it lies on a read-only file system."), [&] { EXPECT_EQ(contents(), before); }},
     };
     const Case& c = cases[GetParam()];
-    SCOPED_TRACE(c.what);
     const QString said = onlyReport(c.session, c.hooks);
     EXPECT_TRUE(said.contains(c.says)) << said.toStdString();
     c.check();
     EXPECT_EQ(checkProblems(play()), QStringList()) << "every task recorded is whole";
 }
 
-INSTANTIATE_TEST_SUITE_P(RunAndGroup, FullDisk, ::testing::Values(0, 1));
-
-TEST_F(OnASmallDisk, DatabasesOnAReadOnlyMountAreReportedAsSuchAndLeftAsTheyWere)
-{
-    const QStringList files{play() + QStringLiteral("/OVLocal.db"), play() + QStringLiteral("/OVLink.db")};
-    auto contents = [&] {
-        QByteArray all;
-        for (const QString& name : files) all += vdir::readWholeFile(name);
-        return all;
-    };
-    QByteArray before;
-    scenario::PlayHooks hooks;
-    hooks.afterSetUp = [&](const QString&) {
-        before = contents();
-        for (const QString& name : files) ASSERT_TRUE(mountReadOnly(name));
-    };
-    const QString said = onlyReport(processingSession(1), hooks);
-    EXPECT_TRUE(said.contains(play() + QStringLiteral("/OVLocal.db: it lies on a read-only file system."))) << said.toStdString();
-    EXPECT_EQ(contents(), before);
-}
+INSTANTIATE_TEST_SUITE_P(FullDiskDuringARunOrAGroupEditAndReadOnlyDatabases, DiskFault, ::testing::Values(0, 1, 2));
 
 } // namespace

@@ -95,27 +95,6 @@ TEST_F(ContactPickerDialogTest, EnterTakesTheRowTheArrowsReachEvenWithoutACardAn
     }
 }
 
-TEST_F(ContactPickerDialogTest, StandsOverTheCallersActualWindowWhateverItsFormSays)
-{
-    // The calling form never moved its Left and Top: only its window knows where it is.
-    QWidget caller;
-    caller.setGeometry(300, 200, 400, 300);
-    showAndWait(caller);
-    request.width = 400 * 15;
-    request.height = 300 * 15;
-    ContactPickerDialog d(request, display, &caller);
-    showAndWait(d);
-    EXPECT_LE((d.frameGeometry().center() - caller.frameGeometry().center()).manhattanLength(), 2);
-    // Without a window, the bounds the form gives in twips.
-    request.left = 2 * 1440;
-    request.top = 1440;
-    ContactPickerDialog byForm(request, display);
-    showAndWait(byForm);
-    const auto px = [](int twips) { return twipsToPixels(twips, QGuiApplication::primaryScreen()->logicalDotsPerInch()); };
-    const QRect bounds(px(request.left), px(request.top), px(request.width), px(request.height));
-    EXPECT_LE((byForm.frameGeometry().center() - bounds.center()).manhattanLength(), 2);
-}
-
 TEST_F(ContactPickerDialogTest, OpenShowsTheSelectedCardOnlyWhenContactsAreManagedAndReportsOneThatIsGone)
 {
     test::TempDir tmp;

@@ -55,51 +55,31 @@ bool inSight(FormView* v, Control& page)
     return p->isVisible() && v->rect().intersects(p->geometry().translated(p->parentWidget()->mapTo(v, QPoint())));
 }
 
-TEST_F(FormRenderingTest, TemplateOptionsShowThePageOfEachTabAndTheButtonsOfTheMode)
+// The buttons and fields each mode shows are compared with the screen at the scenario files'
+// snapshots; where the pages lie is not.
+TEST_F(FormRenderingTest, TemplateOptionsShowThePageOfEachTabAndAnAnchorDateWithNoDayPicked)
 {
-    for (const bool edit : {false, true}) {
-        SCOPED_TRACE(edit ? "edit" : "new");
-        EditedTemplateState& t = modTasks::EditedTemplate();
-        t.DateType = Int16(2);
-        t.AnchorDescription = QStringLiteral("Closing date");
-        t.PromptForAssignee = QStringLiteral("0");   // as a template read from the store has it
-        frmNewTask dialog(host);
-        Driver driver;
-        driver.then("the dialog", [&] { return shown(dialog); }, [&] {
-            FormView* v = view(dialog);
-            QWidget* create = v->widgetOf(dialog.CreateEditButton);
-            QWidget* ok = v->widgetOf(dialog.OKButton);
-            QWidget* cancel = v->widgetOf(dialog.CancelButton);
-            EXPECT_EQ(ok->isVisible(), edit);
-            // Edit: the button stands at the left edge, OK beside Cancel; new: it takes OK's place.
-            if (edit) {
-                EXPECT_LT(create->geometry().right(), ok->geometry().left());
-                EXPECT_LT(create->x(), v->width() / 4);
-            } else {
-                EXPECT_LT(cancel->geometry().left() - create->geometry().right(), 20);
-            }
-            EXPECT_LT(create->geometry().right(), cancel->geometry().left());
-            QTabBar* bar = static_cast<qt::TabStripWidget*>(v->widgetOf(dialog.TabStrip1))->tabBar();
-            for (int tab = 3; tab >= 1; --tab) {
-                QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(tab - 1).center());
-                QTest::qWait(20);   // the page's widgets follow once the handler has returned
-                for (int page = 0; page < 3; ++page) EXPECT_EQ(inSight(v, dialog.Picture1[page]), page == tab - 1) << tab << page;
-            }
-            // The anchor date shows no date until a day is picked, and only an anchor template's can be.
-            auto* anchor = static_cast<qt::CalendarBox*>(v->widgetOf(dialog.dtmAnchorDate));
-            EXPECT_EQ(anchor->fieldText(), QStringLiteral("(no date)"));
-            EXPECT_EQ(anchor->isEnabled(), edit);
-            QTest::mouseClick(cancel, Qt::LeftButton);
-        });
-        driver.start();
-        Bool16 blnEdit(edit);
-        QString name = QStringLiteral("Closing documents");
-        dialog.NewTaskDialog(blnEdit, name);
-        ASSERT_TRUE(driver.finished());
-        EXPECT_TRUE(modTasks::EditedTemplate().OptionsDialogDeclined);
-        dialog.Unload();
-        modTasks::ReSetModuleVariables();
-    }
+    modTasks::EditedTemplate().DateType = Int16(2);
+    modTasks::EditedTemplate().PromptForAssignee = QStringLiteral("0");   // as a template read from the store has it
+    frmNewTask dialog(host);
+    Driver driver;
+    driver.then("the dialog", [&] { return shown(dialog); }, [&] {
+        FormView* v = view(dialog);
+        QTabBar* bar = static_cast<qt::TabStripWidget*>(v->widgetOf(dialog.TabStrip1))->tabBar();
+        for (int tab = 3; tab >= 1; --tab) {
+            QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(tab - 1).center());
+            QTest::qWait(20);   // the page's widgets follow once the handler has returned
+            for (int page = 0; page < 3; ++page) EXPECT_EQ(inSight(v, dialog.Picture1[page]), page == tab - 1) << tab << page;
+        }
+        EXPECT_EQ(static_cast<qt::CalendarBox*>(v->widgetOf(dialog.dtmAnchorDate))->fieldText(), QStringLiteral("(no date)"));
+        QTest::mouseClick(v->widgetOf(dialog.CancelButton), Qt::LeftButton);
+    });
+    driver.start();
+    Bool16 blnEdit(false);
+    QString name = QStringLiteral("Closing documents");
+    dialog.NewTaskDialog(blnEdit, name);
+    ASSERT_TRUE(driver.finished());
+    dialog.Unload();
 }
 
 // --- The prompt dialog ---

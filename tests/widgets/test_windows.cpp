@@ -14,9 +14,7 @@
 #include "WidgetSupport.h"
 #include "backends/vdir/DemoContacts.h"
 #include "session/SessionContext.h"
-#include <QFile>
 #include <QJsonDocument>
-#include <QRegularExpression>
 
 using namespace steplets;
 
@@ -135,22 +133,5 @@ TEST_P(WindowsTest, IsWholeOnTheScreenAndPhotographed)
 
 INSTANTIATE_TEST_SUITE_P(Sights, WindowsTest, ::testing::ValuesIn(kSights),
                          [](const auto& info) { return QString::fromLatin1(info.param.shot).replace(QLatin1Char('-'), QLatin1Char('_')).toStdString(); });
-
-// The README shows the pictures this test writes: each docs/*.png it names is there, and each
-// picture written for it is named.
-TEST(ReadmePictures, AreThereAndShown)
-{
-    QFile readme(QStringLiteral(STEPLETS_SOURCE_DIR "/README.md"));
-    ASSERT_TRUE(readme.open(QIODevice::ReadOnly | QIODevice::Text));
-    const QString text = QString::fromUtf8(readme.readAll());
-    QStringList named;
-    static const QRegularExpression picture(QStringLiteral(R"(docs/[\w.-]+\.png)"));
-    for (auto it = picture.globalMatch(text); it.hasNext();) named << it.next().captured();
-    EXPECT_FALSE(named.isEmpty());
-    for (const QString& name : named)
-        EXPECT_TRUE(QFile::exists(QStringLiteral(STEPLETS_SOURCE_DIR "/") + name)) << name.toStdString() << " is not there";
-    for (const Sight& sight : kSights)
-        EXPECT_TRUE(named.contains(QStringLiteral("docs/%1.png").arg(QLatin1String(sight.shot)))) << sight.shot;
-}
 
 } // namespace
