@@ -1,16 +1,13 @@
 // The task and contact windows on a real vdir, driven by key and mouse events on the offscreen
 // platform; what the user did is read back from the files through a fresh store. The fields the
 // scenario files fill in on the Qt host (subject, dates, reminder, notes, categories) are theirs.
-#include "ContactWindow.h"
 #include "SafeTaskItem.h"
 #include "TaskWindow.h"
 #include "TempDir.h"
 #include "WidgetSupport.h"
-#include "backends/vdir/DemoContacts.h"
 #include "backends/vdir/VdirStore.h"
 #include <QCheckBox>
 #include <QDateEdit>
-#include <QPlainTextEdit>
 #include <QSpinBox>
 #include <QTabWidget>
 
@@ -231,31 +228,6 @@ TEST_F(ItemWindowsTest, RecurrenceChangedOrTurnedOffInTheWindowChangesTheFile)
 
 // --- Closing, sending ---
 
-// Closing a changed window and discarding is played by the scenario files on the Qt host.
-TEST_F(ItemWindowsTest, ClosingAsksOnlyAboutAChangeAndCancelStaysYesSaves)
-{
-    auto task = newTask(QStringLiteral("Before"));
-    TaskWindow w(*task);
-    showAndWait(w);
-    auto box = answerNextBox(QMessageBox::Yes);
-    QTest::keyClick(&w, Qt::Key_Escape);
-    EXPECT_FALSE(box->seen) << "nothing changed, nothing asked";
-    EXPECT_FALSE(w.isVisible());
-
-    showAndWait(w);
-    typeInto(child(w, QStringLiteral("Subject")), QStringLiteral("After"));
-    box = answerNextBox(QMessageBox::Cancel);
-    QTest::keyClick(&w, Qt::Key_Escape);
-    ASSERT_TRUE(box->seen);
-    EXPECT_TRUE(w.isVisible());
-    EXPECT_EQ(fromFile(task)->Subject(), QStringLiteral("Before"));
-    box = answerNextBox(QMessageBox::Yes);
-    w.close();
-    ASSERT_TRUE(box->seen);
-    EXPECT_FALSE(w.isVisible());
-    EXPECT_EQ(fromFile(task)->Subject(), QStringLiteral("After"));
-}
-
 TEST_F(ItemWindowsTest, OnlyAnAssignedTaskHasAToLineAndSendWhichNeedsIt)
 {
     auto plain = newTask(QStringLiteral("Mine"), false);
@@ -280,28 +252,6 @@ TEST_F(ItemWindowsTest, OnlyAnAssignedTaskHasAToLineAndSendWhichNeedsIt)
     EXPECT_EQ(back->get(QStringLiteral("To")).toText(), QStringLiteral("Pat Lee"));
     EXPECT_EQ(back->get(QStringLiteral("DelegationState")).toLong(), 1);
     EXPECT_EQ(back->Subject(), QStringLiteral("Hand over"));
-}
-
-TEST_F(ItemWindowsTest, TheContactWindowShowsTheCardReadOnly)
-{
-    vdir::writeDemoContacts(tmp.file(QStringLiteral("contacts")));
-    const vdir::DemoContact& demo = vdir::demoContacts().at(1);
-    auto contact = ol::asContact(ns->GetItemFromID(demo.entryId, QStringLiteral("store")));
-    ContactWindow w(*contact);
-    showAndWait(w);
-    EXPECT_EQ(QStringList({w.shown(QStringLiteral("FullName")), w.shown(QStringLiteral("CompanyName")),
-                           w.shown(QStringLiteral("Email1Address")), w.shown(QStringLiteral("BusinessTelephoneNumber"))}),
-              QStringList({demo.fullName(), demo.companyName, demo.email, demo.phone}));
-    EXPECT_TRUE(w.shown(QStringLiteral("BusinessAddress")).contains(demo.street) &&
-                w.shown(QStringLiteral("BusinessAddress")).contains(demo.city));
-    EXPECT_EQ(w.findChild<QWidget*>(QStringLiteral("PagerNumber")), nullptr);
-    // Nothing on it looks or acts like a field that could be edited.
-    EXPECT_TRUE(w.findChildren<QLineEdit*>().isEmpty() && w.findChildren<QPlainTextEdit*>().isEmpty());
-    const auto flags = child<QLabel>(w, QStringLiteral("CompanyName"))->textInteractionFlags();
-    EXPECT_TRUE(!(flags & Qt::TextEditable) && (flags & Qt::TextSelectableByMouse));
-    QTest::keyClick(&w, Qt::Key_Escape);
-    EXPECT_FALSE(w.isVisible());
-    EXPECT_TRUE(contact->Saved());
 }
 
 } // namespace

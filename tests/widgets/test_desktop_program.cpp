@@ -1,21 +1,16 @@
-// The desktop program: its command line, the embedded default, the failure reporter, its main
-// window's menu and place, data it cannot use, and the program itself started as a user starts it.
+// The desktop program: its command line, the embedded default, the failure reporter, data it
+// cannot use, and the program itself started as a user starts it.
 #include "Desktop.h"
 #include "FormView.h"
 #include "HostOptions.h"
-#include "MainWindow.h"
 #include "QtUiHost.h"
 #include "TempDir.h"
-#include "UrlRecorder.h"
 #include "WidgetSupport.h"
 #include "backends/sqlcipher/Schema.h"
 #include "backends/sqlcipher/StoreData.h"
 #include "backends/vdir/DemoContacts.h"
 #include "session/modDLLErrHandler.h"
-#include <QMenuBar>
 #include <QProcess>
-#include <QSettings>
-#include <QWindow>
 
 using namespace steplets;
 using namespace steplets::desktop;
@@ -104,17 +99,6 @@ TEST(DesktopReporter, TheUserReadsAPlainSentenceTheTrailIsBehindDetailsAndInTheL
     EXPECT_TRUE(m.advice.contains(QStringLiteral("/d/vdir")) && m.advice.contains(QStringLiteral("write"))) << m.advice.toStdString();
 }
 
-TEST(DesktopReporter, TheLogLiesInTheChosenDataFolderElseInTheStateDirectory)
-{
-    test::TempDir state;
-    qputenv("XDG_STATE_HOME", state.path().toUtf8());
-    HostOptions options = defaultHostOptions();
-    EXPECT_TRUE(logFilePath(options).startsWith(state.path()));
-    options.home = QStringLiteral("/data/steplets");
-    EXPECT_EQ(logFilePath(options), QStringLiteral("/data/steplets/steplets.log"));
-    qunsetenv("XDG_STATE_HOME");
-}
-
 void spoilFile(const QString& path)
 {
     QFile f(path);
@@ -150,46 +134,6 @@ protected:
     HostOptions options;
     std::shared_ptr<qt::QtUiHost> host;
 };
-
-TEST_F(DesktopSession, TheMainWindowKeepsItsPlaceBetweenStartsAndItsHelpMenuShowsTheDataFolder)
-{
-    const QPoint movedTo(123, 77);
-    test::UrlRecorder recorder;
-    QString about;
-    test::Driver first;
-    first.then("the chooser", [&] { return chooserUp(); }, [&] {
-             auto* menu = top()->findChild<QMenuBar*>();
-             ASSERT_NE(menu, nullptr);
-             EXPECT_EQ(menu->actions().size(), 1);
-             // The user moves the window, then asks who the program is.
-             top()->windowHandle()->setFramePosition(movedTo);
-             QTest::qWait(20);
-             top()->findChild<QAction*>(QStringLiteral("about"))->trigger();
-         })
-        .then("the About box", [] { return test::shownWindow(QStringLiteral("About")); }, [&] {
-            auto* box = static_cast<QMessageBox*>(test::shownWindow(QStringLiteral("About")));
-            about = box->text() + QLatin1Char('\n') + box->informativeText();
-            QTest::mouseClick(box->findChild<QPushButton*>(QStringLiteral("openDataFolder")), Qt::LeftButton);
-        })
-        .then("the chooser again", [&] { return chooserUp(); }, [&] { cancel(); });
-    EXPECT_EQ(run(first), 0);
-    EXPECT_TRUE(about.contains(modDLLErrHandler::VersionText()) && about.contains(QDir::toNativeSeparators(home.path())))
-        << about.toStdString();
-    EXPECT_EQ(recorder.opened, QList<QUrl>{QUrl::fromLocalFile(home.path())});
-
-    QPoint shownAt;
-    test::Driver second;
-    second.then("the chooser", [&] { return chooserUp(); }, [&] {
-        shownAt = top()->pos();
-        cancel();
-    });
-    EXPECT_EQ(run(second), 0);
-    EXPECT_EQ(shownAt, movedTo);
-    // In the program's own file: the component's settings know nothing of it.
-    EXPECT_TRUE(QFile::exists(desktopSettingsFile(options, home.path())));
-    QSettings component(home.file(QStringLiteral("config/Brackenfell Software/Ordivane for Office.ini")), QSettings::IniFormat);
-    for (const QString& key : component.allKeys()) EXPECT_FALSE(key.contains(QStringLiteral("eometry"))) << key.toStdString();
-}
 
 // A part of the data that cannot be used: the user reads which file and what to do about it.
 struct Unusable {

@@ -1,20 +1,15 @@
 // What the generic binding draws, checked as geometry on the offscreen platform: the template
-// options on each tab in both modes, the prompt dialog's drop-down calendar by mouse and keys,
-// and a results grid scrolled to its last row.
+// options on each tab, and a results grid scrolled to its last row.
 #include "FormView.h"
 #include "FormWidgets.h"
 #include "QtUiHost.h"
 #include "WidgetSupport.h"
 #include "controls/Controls.h"
 #include "dialogs/frmNewTask.h"
-#include "dialogs/frmPrompt.h"
 #include "session/SessionContext.h"
 #include "templates/EditedTemplate.h"
 #include <QHeaderView>
-#include <QLabel>
-#include <QPushButton>
 #include <QStyle>
-#include <QTableView>
 #include <QTableWidget>
 #include <QTest>
 
@@ -80,37 +75,6 @@ TEST_F(FormRenderingTest, TemplateOptionsShowThePageOfEachTabAndAnAnchorDateWith
     dialog.NewTaskDialog(blnEdit, name);
     ASSERT_TRUE(driver.finished());
     dialog.Unload();
-}
-
-// --- The prompt dialog ---
-
-TEST_F(FormRenderingTest, TheAnchorDateDropsDownWholeWeeksAndTakesADayByKeys)
-{
-    frmPrompt prompt(host);
-    QDate picked;
-    Driver driver;
-    driver.then("the prompt with a date and a text", [&] { return shown(prompt); }, [&] {
-        auto* box = static_cast<qt::CalendarBox*>(view(prompt)->widgetOf(prompt.ActiveCalendar1));
-        // F4 drops the grid down on the day shown, whole; Right moves on a day, Enter takes it.
-        QCalendarWidget* cal = box->calendar();
-        picked = cal->selectedDate().addDays(1);
-        box->setFocus();
-        QTest::keyClick(box, Qt::Key_F4);
-        ASSERT_TRUE(cal->isVisible());
-        EXPECT_TRUE(cal->height() >= cal->minimumSizeHint().height() && cal->width() >= cal->minimumSizeHint().width());
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-        QTest::qWait(20);
-        EXPECT_FALSE(cal->isVisible()) << "Enter leaves the drop-down open";
-        QTest::mouseClick(view(prompt)->widgetOf(prompt.OKButton), Qt::LeftButton);
-    });
-    driver.start();
-    qint32 mode = 1;
-    Bool16 withDate(true), withText(true);
-    QString userPrompt = QStringLiteral("Property address"), item = QStringLiteral("Send engagement letter"), anchor = QStringLiteral("Signed");
-    prompt.PromptDialog(mode, withDate, withText, userPrompt, item, anchor);
-    ASSERT_TRUE(driver.finished());
-    EXPECT_EQ(session().dPromptAnchorDate.toQDateTime().date(), picked);
 }
 
 // --- The results grid ---

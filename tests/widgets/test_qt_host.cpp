@@ -6,7 +6,7 @@
 #include "WidgetSupport.h"
 #include "controls/Controls.h"
 #include "TempDir.h"
-#include "UrlRecorder.h"
+#include <QDesktopServices>
 #include <QCheckBox>
 #include <QListWidget>
 #include <QMouseEvent>
@@ -212,7 +212,18 @@ TEST_F(QtHostTest, EnterAndEscapeGoToTheDefaultAndCancelButtonsOnlyWhenTheyCanTa
     }
 }
 
-// --- What only this host has: real dialogs, real timers, the cursor ---
+// Takes the desktop's place in opening file URLs while it lives: what is asked to open is recorded.
+class UrlRecorder : public QObject {
+    Q_OBJECT
+public:
+    UrlRecorder() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "open"); }
+    ~UrlRecorder() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+    QList<QUrl> opened;
+public slots:
+    void open(const QUrl& url) { opened << url; }
+};
+
+// --- What only this host has: real dialogs, real timers, the help key ---
 
 TEST_F(QtHostTest, AMessageBoxShowsItsTextTitleIconAndButtonsAndEscapeCancels)
 {
@@ -231,7 +242,7 @@ TEST_F(QtHostTest, AMessageBoxShowsItsTextTitleIconAndButtonsAndEscapeCancels)
     EXPECT_EQ(seen, (QList<QMessageBox::StandardButton>{QMessageBox::Ok, QMessageBox::Cancel}));
 }
 
-TEST_F(QtHostTest, WithoutAVirtualClockTimersTickOnTheEventLoopAndThePointerIsTheOverrideCursor)
+TEST_F(QtHostTest, WithoutAVirtualClockTimersTickOnTheEventLoop)
 {
     SampleWindow w(host);
     int ticks = 0;
@@ -252,13 +263,6 @@ TEST_F(QtHostTest, WithoutAVirtualClockTimersTickOnTheEventLoopAndThePointerIsTh
     QTest::qWait(100);
     EXPECT_EQ(ticks, 3);
     w.Unload();
-
-    host.setScreenMousePointer(Control::Hourglass);
-    ASSERT_TRUE(QGuiApplication::overrideCursor() && QGuiApplication::overrideCursor()->shape() == Qt::WaitCursor);
-    host.setScreenMousePointer(Control::Custom);
-    EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::PointingHandCursor);
-    host.setScreenMousePointer(Control::Default);
-    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
 // F1 in any window of the process opens the HTML page that stands for the help file, beside the
@@ -269,7 +273,7 @@ TEST_F(QtHostTest, F1OpensThePageOfTheHelpFilesBaseNameBesideItElseInTheDataFold
     for (const Case c : {Case{true, true, 0}, Case{false, true, 1}, Case{false, false, -1}}) {
         test::TempDir folders[2];
         for (int i = 0; i < 2; ++i) ASSERT_TRUE(!(i == 0 ? c.beside : c.inData) || QFile(folders[i].file("Ordivane.html")).open(QIODevice::WriteOnly));
-        test::UrlRecorder recorder;
+        UrlRecorder recorder;
         QStringList logged;
         host.setHelp({folders[1].path()}, [&logged](const QString& line) { logged << line; });
         // As the component names it: its folder, a Windows separator, the .chm.
@@ -284,3 +288,5 @@ TEST_F(QtHostTest, F1OpensThePageOfTheHelpFilesBaseNameBesideItElseInTheDataFold
 }
 
 } // namespace
+
+#include "test_qt_host.moc"

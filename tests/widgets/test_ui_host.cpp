@@ -4,9 +4,7 @@
 #include "QtScriptDriver.h"
 #include "QtUiHost.h"
 #include "ScriptedHost.h"
-#include "TempDir.h"
 #include "WidgetSupport.h"
-#include "backends/vdir/VdirStore.h"
 #include "controls/Controls.h"
 #include "runtime/Failure.h"
 #include <QElapsedTimer>
@@ -39,10 +37,7 @@ public:
         m_driver = std::make_unique<qtplay::QtScriptDriver>(m_script, *m_clock, *m_log, *m_qt);
         m_qt->setDriver(m_driver.get());
     }
-    ~PlayedHost()
-    {
-        if (m_qt) m_qt->setDriver(nullptr);
-    }
+    ~PlayedHost() { if (m_qt) m_qt->setDriver(nullptr); }
     std::shared_ptr<UiHost> ui() const { return m_scripted ? std::shared_ptr<UiHost>(m_scripted) : m_qt; }
     scripted::VirtualClock& clock() { return m_scripted ? m_scripted->clock() : *m_clock; }
     int stepsLeft() const { return m_scripted ? m_scripted->script().remaining() : m_script.remaining(); }
@@ -93,12 +88,11 @@ public:
     ProgressBar pbProgress{*this, QStringLiteral("pbProgress")};
     Timer Timer1{*this, QStringLiteral("Timer1")};
     Timer Timer2{*this, QStringLiteral("Timer2")};
-    std::function<void()> onLoad, onActivate;
+    std::function<void()> onActivate;
     std::function<void(int&)> onQueryUnload;
     int activations = 0;
 
 protected:
-    void Form_Load() override { if (onLoad) onLoad(); }
     void Form_Activate() override { ++activations; if (onActivate) onActivate(); }
     void Form_QueryUnload(int& cancel, int) override { if (onQueryUnload) onQueryUnload(cancel); }
 };
@@ -125,15 +119,12 @@ QJsonObject control(const QJsonObject& snapshotEvent, const char* name)
 class UiHostContract : public ::testing::TestWithParam<Kind> {
 protected:
     std::unique_ptr<PlayedHost> played;
+    std::shared_ptr<UiHost> m_ui;
     UiHost& host(const char* steps = "[]")
     {
         played = std::make_unique<PlayedHost>(GetParam(), steps);
-        m_ui = played->ui();
-        return *m_ui;
+        return *(m_ui = played->ui());
     }
-
-private:
-    std::shared_ptr<UiHost> m_ui;
 };
 
 // --- Modal windows ---
@@ -379,37 +370,6 @@ TEST_P(UiHostContract, TimersFireWhileAMessageBoxWaitsForItsStep)
     EXPECT_EQ(abortOf([&] { ui.MsgBox(QStringLiteral("Wait.")); }).message,
               QStringLiteral("the script ended while the message box \"\" was waiting"));
     EXPECT_EQ(played->at("show"), QStringLiteral("2026-03-16T15:30:00.500"));
-}
-
-// --- Item windows, on a real vdir task ---
-
-// Saving and discarding what the user changed in an item window are played by the scenario
-// files on both hosts; a window shown without waiting, and a field it does not have, are not.
-TEST_P(UiHostContract, AnItemShownWithoutWaitingIsOnlyRecordedAndAFieldTheItemLacksCannotBeEntered)
-{
-    struct Case { const char* steps; bool modal; const char* refusal; };
-    const Case cases[] = {
-        {"[]", false, nullptr},
-        {R"([{"item": {"set": {"NoSuchProperty": 1}, "close": "save"}}])", true, "step 1 (act in an item window): "},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.steps);
-        host(c.steps);
-        test::TempDir dir;
-        vdir::VdirConfig config;
-        config.root = dir.path();
-        auto store = std::make_shared<vdir::VdirStore>(config, played->ui());
-        store->ensureCollection(QStringLiteral("tasks"));
-        auto task = store->newTask(QStringLiteral("tasks"));
-        task->set(QStringLiteral("Subject"), Value(QStringLiteral("File return")));
-        task->Save();
-        const Abort a = abortOf([&] { task->Display(c.modal); });
-        EXPECT_TRUE(c.refusal ? a.aborted && a.message.startsWith(QLatin1String(c.refusal)) : !a.aborted) << a.message.toStdString();
-        const auto stored = ol::asTask(store->itemFor(store->load(task->EntryID())));
-        EXPECT_EQ(stored->get(QStringLiteral("Subject")).toText(), QStringLiteral("File return"));
-        EXPECT_EQ(played->events("display").value(0).value("display").toObject(),
-                  (QJsonObject{{"EntryID", task->EntryID()}, {"kind", "task"}}));
-    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Hosts, UiHostContract, ::testing::Values(Kind::Scripted, Kind::Qt),
