@@ -1,6 +1,5 @@
-// Programs killed at seeded random moments: what they leave must read, hold no temporary file
-// after the next open, and check clean, or name exactly the task that was being written; what a
-// killed set-up left, the next one finishes.
+// A run killed at seeded random moments: what it leaves must read, hold no temporary file after
+// the next open, and check clean, or name exactly the task that was being written.
 #include "FaultSupport.h"
 #include "TempDir.h"
 #include "backends/sqlcipher/StoreData.h"
@@ -75,39 +74,5 @@ TEST_P(KilledRun, LeavesReadableTasksNoTemporaryAfterTheNextOpenAndACheckNamingA
 }
 
 INSTANTIATE_TEST_SUITE_P(SeededMoments, KilledRun, ::testing::Range(1, 21));
-
-class KilledSetUp : public ::testing::TestWithParam<int> {};
-
-// The admin tool's init, then the desktop program's first start, each killed and started again.
-TEST_P(KilledSetUp, IsFinishedByTheNextInitAndTheNextStartSeedsWhole)
-{
-    std::mt19937 random(static_cast<unsigned>(GetParam()));
-    TempDir dir, home;
-    const QStringList init{"init", "--dir", dir.path()};
-    QProcess first, again;
-    start(first, QStringLiteral(STEPLETS_ADMIN_PATH), init, dir.path());
-    killWhen(first, [] { return true; }, random, 40000);
-    start(again, QStringLiteral(STEPLETS_ADMIN_PATH), init, dir.path());
-    ASSERT_TRUE(again.waitForFinished(30000));
-    // Both made by the first, or what it left finished by the second.
-    const bool bothThere = again.exitCode() == 1 && again.readAllStandardError().contains("already exists");
-    EXPECT_TRUE(again.exitCode() == 0 || bothThere) << again.readAllStandardError().toStdString();
-    EXPECT_EQ(checkProblems(dir.path()), QStringList());
-    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), (QStringList{"OVLink.db", "OVLocal.db"}));
-
-    const QStringList desktop{"--home", home.path(), "--play", STEPLETS_DESKTOP_CLOSE};
-    QProcess firstStart, secondStart;
-    start(firstStart, QStringLiteral(STEPLETS_DESKTOP_PROGRAM), desktop, home.path());
-    killWhen(firstStart, [] { return true; }, random, 400000);
-    start(secondStart, QStringLiteral(STEPLETS_DESKTOP_PROGRAM), desktop, home.path());
-    ASSERT_TRUE(secondStart.waitForFinished(60000));
-    EXPECT_EQ(secondStart.exitCode(), 0) << secondStart.readAll().toStdString();
-    const QJsonObject store = sqlcipher::dumpStore(home.path());
-    EXPECT_FALSE(store.value("local").toObject().value("tblSteplets").toArray().isEmpty()) << "the demo templates";
-    EXPECT_FALSE(store.value("link").toObject().value("tblContacts").toArray().isEmpty()) << "the demo contacts";
-    EXPECT_FALSE(QDir(home.file(QStringLiteral("vdir/contacts"))).entryList({QStringLiteral("*.vcf")}).isEmpty());
-}
-
-INSTANTIATE_TEST_SUITE_P(SeededMoments, KilledSetUp, ::testing::Range(1, 6));
 
 } // namespace

@@ -1,11 +1,7 @@
-// The Qt contact picker driven by keys and the mouse on the offscreen platform; the contacts it
-// opens are real cards of a vdir. Choosing by double click and cancelling are played by the
-// scenario files on the Qt host.
+// The Qt contact picker driven by keys on the offscreen platform: its search and keys. Choosing
+// by double click and cancelling are played by the scenario files on the Qt host.
 #include "ContactPickerDialog.h"
-#include "TempDir.h"
 #include "WidgetSupport.h"
-#include "backends/vdir/DemoContacts.h"
-#include "backends/vdir/VdirStore.h"
 #include <QTreeWidget>
 
 namespace steplets::qt {
@@ -18,12 +14,11 @@ ContactPickerRow row(qint32 id, const QString& name, const QString& company, con
     return {id, name, entryID.isEmpty() ? QStringLiteral("c-%1").arg(id) : entryID, company, email, true};
 }
 
-// Stands for the item window: records which contacts it was asked to show.
-class RecordingDisplay : public ol::ItemDisplay {
+// Stands for the item window, which searching and choosing never open.
+class NoDisplay : public ol::ItemDisplay {
 public:
-    QStringList shown;
     void displayTask(ol::TaskItem&, bool) override { ADD_FAILURE() << "a task was displayed"; }
-    void displayContact(ol::ContactItem& item, bool modal) override { shown << item.FileAs() + (modal ? "" : " (modeless)"); }
+    void displayContact(ol::ContactItem&, bool) override { ADD_FAILURE() << "a contact was displayed"; }
 };
 
 class ContactPickerDialogTest : public ::testing::Test {
@@ -45,7 +40,7 @@ protected:
     }
 
     ContactPickerRequest request;
-    RecordingDisplay display;
+    NoDisplay display;
 };
 
 // The older version lists and searches the names only.
@@ -93,37 +88,6 @@ TEST_F(ContactPickerDialogTest, EnterTakesTheRowTheArrowsReachEvenWithoutACardAn
         EXPECT_EQ(d.choice().entryID, QLatin1String(c.entryID)) << c.typed;
         EXPECT_EQ(d.choice().name.isEmpty(), c.chosen == 0) << c.typed;
     }
-}
-
-TEST_F(ContactPickerDialogTest, OpenShowsTheSelectedCardOnlyWhenContactsAreManagedAndReportsOneThatIsGone)
-{
-    test::TempDir tmp;
-    vdir::writeDemoContacts(tmp.file(QStringLiteral("contacts")));
-    vdir::VdirConfig config;
-    config.root = tmp.path();
-    auto app = vdir::openVdirStore(config, nullptr);
-    request.nameSpace = app->GetNamespace();
-    request.contactStoreID = QStringLiteral("store");
-    const vdir::DemoContact& demo = vdir::demoContacts().at(2);
-    const QString name = demo.lastName + QStringLiteral(", ") + demo.firstName;
-    request.rows.prepend(row(21, name, demo.companyName, demo.email, demo.entryId));
-    EXPECT_EQ(ContactPickerDialog(request, display).openButton(), nullptr) << "contacts not managed";
-
-    request.manageContacts = true;
-    request.rows.append(row(30, QStringLiteral("Ghost, Gina"), QStringLiteral("Nowhere"), QString(), QStringLiteral("c-not-there")));
-    ContactPickerDialog d(request, display);
-    showAndWait(d);
-    QTest::mouseClick(d.openButton(), Qt::LeftButton);
-    EXPECT_EQ(display.shown, QStringList{name});
-    EXPECT_TRUE(d.isVisible());
-    search(d, QStringLiteral("ruiz"));
-    EXPECT_FALSE(d.openButton()->isEnabled()) << "a row whose card is gone has nothing to open";
-    search(d, QStringLiteral("ghost"));
-    const auto box = test::answerNextBox(QMessageBox::Ok);
-    QTest::mouseClick(d.openButton(), Qt::LeftButton);
-    EXPECT_TRUE(box->text.contains(QStringLiteral("Ghost, Gina"))) << box->text.toStdString();
-    EXPECT_EQ(display.shown.size(), 1);
-    EXPECT_TRUE(d.isVisible());
 }
 
 } // namespace

@@ -1,8 +1,7 @@
 #pragma once
 // What the widget tests share: one QApplication on the offscreen platform, a driver that plays a
-// person at the screen while the component sits in its modal loops, small hands for keys and
-// message boxes, screenshots kept as test artifacts, and what every window must hold on the
-// screen: a title, nothing cut off (a control by its container or the window, a text by its
+// person at the screen while the component sits in its modal loops, small hands for keys,
+// screenshots kept as test artifacts, and what every window must hold on the screen: a title, nothing cut off (a control by its container or the window, a text by its
 // control), every accelerator leading to one control, and the Tab key going round what a person
 // can see; the generic binding's windows also not sized by pages moved out of sight.
 #include "FormView.h"
@@ -112,11 +111,7 @@ private:
     QElapsedTimer m_clock;
 };
 
-inline void showAndWait(QWidget& w)
-{
-    w.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
-}
+inline void showAndWait(QWidget& w) { w.show(); ASSERT_TRUE(QTest::qWaitForWindowExposed(&w)); }
 
 template <typename W = QWidget>
 W* child(QWidget& parent, const QString& name)
@@ -125,33 +120,9 @@ W* child(QWidget& parent, const QString& name)
     EXPECT_NE(w, nullptr) << "no widget " << name.toStdString();
     return w;
 }
-inline void typeInto(QWidget* w, const QString& text)
-{
-    QTest::keyClick(w, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(w, text);
-}
+// Types over what the field holds, as a person selecting all first.
+inline void typeInto(QWidget* w, const QString& text) { QTest::keyClick(w, Qt::Key_A, Qt::ControlModifier); QTest::keyClicks(w, text); }
 inline void press(QWidget* button) { QTest::keyClick(button, Qt::Key_Space); }
-
-// The person at the screen for message boxes: answers the next one that shows with `button`.
-struct BoxAnswer {
-    QString text;
-    bool seen = false;
-    QTimer poll;
-};
-inline std::unique_ptr<BoxAnswer> answerNextBox(QMessageBox::StandardButton button)
-{
-    auto answer = std::make_unique<BoxAnswer>();
-    QObject::connect(&answer->poll, &QTimer::timeout, [a = answer.get(), button] {
-        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            a->poll.stop();
-            a->seen = true;
-            a->text = box->text();
-            box->button(button)->click();
-        }
-    });
-    answer->poll.start(10);
-    return answer;
-}
 
 // --- What every window must hold ---
 

@@ -1,7 +1,6 @@
-// The desktop program: its command line, the embedded default, the failure reporter, data it
-// cannot use, and the program itself started as a user starts it.
+// The desktop program: its command line, the embedded default, the failure reporter, and the
+// program itself started as a user starts it.
 #include "Desktop.h"
-#include "FormView.h"
 #include "HostOptions.h"
 #include "QtUiHost.h"
 #include "TempDir.h"
@@ -9,7 +8,6 @@
 #include "backends/sqlcipher/Schema.h"
 #include "backends/sqlcipher/StoreData.h"
 #include "backends/vdir/DemoContacts.h"
-#include "session/modDLLErrHandler.h"
 #include <QProcess>
 
 using namespace steplets;
@@ -68,9 +66,7 @@ TEST(DesktopReporter, TheUserReadsAPlainSentenceTheTrailIsBehindDetailsAndInTheL
     test::Driver driver;
     driver.then("the report", [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }, [&] {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        what = box->text();
-        advice = box->informativeText();
-        details = box->detailedText();
+        std::tie(what, advice, details) = std::tuple(box->text(), box->informativeText(), box->detailedText());
         EXPECT_EQ(box->icon(), QMessageBox::Critical);
         box->button(QMessageBox::Ok)->click();
     });
@@ -99,84 +95,6 @@ TEST(DesktopReporter, TheUserReadsAPlainSentenceTheTrailIsBehindDetailsAndInTheL
     EXPECT_TRUE(m.advice.contains(QStringLiteral("/d/vdir")) && m.advice.contains(QStringLiteral("write"))) << m.advice.toStdString();
 }
 
-void spoilFile(const QString& path)
-{
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    f.write("this is no database");
-}
-
-// A session of the program in a fresh home, on the Qt host, played by `driver`.
-class DesktopSession : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        test::widgetApp();
-        qputenv("XDG_STATE_HOME", state.path().toUtf8());
-        options = defaultHostOptions();
-        options.home = home.path();
-    }
-    void TearDown() override { qunsetenv("XDG_STATE_HOME"); }
-    int run(test::Driver& driver)
-    {
-        host = std::make_shared<qt::QtUiHost>();
-        driver.start();
-        const int status = runSession(options, host);
-        EXPECT_TRUE(driver.finished());
-        return status;
-    }
-    // The window the component waits on, when it is on the screen.
-    qt::FormView* top() const { return host->modalStack().empty() ? nullptr : host->viewOf(*host->modalStack().back()); }
-    bool chooserUp() const { return top() && top()->isVisible() && !test::shownWindow(QStringLiteral("About")); }
-    void cancel() const { QTest::mouseClick(top()->widgetOf(*host->modalStack().back()->control(QStringLiteral("CancelButton"))), Qt::LeftButton); }
-
-    test::TempDir home, state;
-    HostOptions options;
-    std::shared_ptr<qt::QtUiHost> host;
-};
-
-// A part of the data that cannot be used: the user reads which file and what to do about it.
-struct Unusable {
-    const char* name;
-    const char* spoiled;       // under the data folder; made a folder when it ends in ".ini"
-    bool chooserFollows;
-    QStringList says;          // in the message or the advice; "%home" stands for the data folder
-};
-
-class UnusableData : public DesktopSession, public ::testing::WithParamInterface<Unusable> {};
-
-TEST_P(UnusableData, TheMessageNamesTheFileAndWhatToDo)
-{
-    // Only the first failure of a process is reported; ctest runs each case in a process of its own.
-    if (modDLLErrHandler::FailureCount() > 0) GTEST_SKIP() << "a failure was reported before in this process";
-    const Unusable& c = GetParam();
-    const QString spoiled = home.file(QLatin1String(c.spoiled));
-    if (spoiled.endsWith(QLatin1String(".ini"))) QDir().mkpath(spoiled);
-    else spoilFile(spoiled);
-    QString said;
-    test::Driver driver;
-    driver.then("the report", [] { return test::shownWindow(QStringLiteral("FailureReport")); }, [&] {
-        auto* box = static_cast<QMessageBox*>(test::shownWindow(QStringLiteral("FailureReport")));
-        said = box->text() + QLatin1Char('\n') + box->informativeText();
-        box->button(QMessageBox::Ok)->click();
-    });
-    if (c.chooserFollows) driver.then("the chooser", [&] { return top(); }, [&] { top()->close(); });
-    EXPECT_EQ(run(driver), 1);
-    for (QString part : c.says) {
-        part.replace(QStringLiteral("%home"), QDir::toNativeSeparators(home.path()));
-        EXPECT_TRUE(said.contains(part)) << part.toStdString() << " not in: " << said.toStdString();
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Parts, UnusableData,
-    ::testing::Values(Unusable{"SettingsFileIsAFolder", "config/Brackenfell Software/Ordivane for Office.ini", true,
-                               {"%home/config/Brackenfell Software/Ordivane for Office.ini", "not a folder", "default options"}},
-                      Unusable{"DatabaseIsNoDatabase", "OVLocal.db", false,
-                               {"%home/OVLocal.db", "OVLocal.db and OVLink.db, in %home", "backup", "demonstration data"}},
-                      // One database without the other is no first start: nothing is seeded.
-                      Unusable{"DatabaseIsMissing", "OVLink.db", false, {"%home/OVLocal.db", "in %home", "backup"}}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 // --- The program from the outside ---
 
@@ -224,7 +142,9 @@ TEST(DesktopProgram, ProcessReviewAndUndoLeaveNoTaskAndAReportedFailureEndsWithS
     EXPECT_EQ(test::notPrivate(home.path()), QStringList());
 
     test::TempDir spoiled;
-    spoilFile(spoiled.file(QStringLiteral("OVLink.db")));
+    QFile link(spoiled.file(QStringLiteral("OVLink.db")));   // one database without the other is no first start
+    ASSERT_TRUE(link.open(QIODevice::WriteOnly) && link.write("this is no database") > 0);
+    link.close();
     const ProgramRun failed = runProgram(spoiled.path(), {"--play", QStringLiteral(STEPLETS_DESKTOP_CLOSE)});
     ASSERT_TRUE(failed.ended) << failed.output.toStdString();
     EXPECT_EQ(failed.exitCode, 1) << failed.output.toStdString();

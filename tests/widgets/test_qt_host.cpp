@@ -166,12 +166,8 @@ TEST_F(QtHostTest, ClicksOnListBoxesKeysAndAcceleratorsReachTheModelsOnce)
     driver.start();
     w.Show();
     ASSERT_TRUE(driver.finished());
-    EXPECT_EQ(w.itemChecks, 5);
-    EXPECT_EQ(w.txtName.Text(), QStringLiteral("Bo"));
-    EXPECT_EQ(w.textChanges, 2);
-    EXPECT_EQ(w.saves, 1);
-    EXPECT_EQ(w.chkOption.Value(), CheckBox::Checked);
-    EXPECT_EQ(w.checkClicks, 1);
+    EXPECT_EQ(std::tuple(w.itemChecks, w.txtName.Text(), w.textChanges, w.saves, w.chkOption.Value(), w.checkClicks),
+              std::tuple(5, QStringLiteral("Bo"), 2, 1, int(CheckBox::Checked), 1));
     w.Unload();
 }
 
@@ -205,9 +201,7 @@ TEST_F(QtHostTest, EnterAndEscapeGoToTheDefaultAndCancelButtonsOnlyWhenTheyCanTa
         driver.start();
         w.Show();
         ASSERT_TRUE(driver.finished());
-        EXPECT_EQ(w.saves, c.saves);
-        EXPECT_EQ(closed, c.closes);
-        EXPECT_EQ(w.keysDown, c.keysDown);
+        EXPECT_EQ(std::tuple(w.saves, closed, w.keysDown), std::tuple(c.saves, c.closes, c.keysDown));
         w.Unload();
     }
 }
@@ -246,12 +240,7 @@ TEST_F(QtHostTest, WithoutAVirtualClockTimersTickOnTheEventLoop)
 {
     SampleWindow w(host);
     int ticks = 0;
-    w.onTick = [&] {
-        if (++ticks == 3) {
-            w.Timer1.setEnabled(false);
-            w.Hide();
-        }
-    };
+    w.onTick = [&] { if (++ticks == 3) { w.Timer1.setEnabled(false); w.Hide(); } };
     w.Load();
     w.Timer1.setInterval(15);
     w.Timer1.setEnabled(true);

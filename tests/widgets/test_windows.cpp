@@ -76,28 +76,8 @@ const Sight kSights[] = {
 
 class WindowsTest : public ::testing::TestWithParam<Sight> {
 protected:
-    void SetUp() override
-    {
-        test::widgetApp();
-        qputenv("XDG_STATE_HOME", home.path().toUtf8());
-    }
+    void SetUp() override { test::widgetApp(); qputenv("XDG_STATE_HOME", home.path().toUtf8()); }
     void TearDown() override { qunsetenv("XDG_STATE_HOME"); }
-
-    static desktop::HostOptions optionsFor(Mode mode, const QString& home)
-    {
-        desktop::HostOptions o = desktop::defaultHostOptions();
-        o.home = home;
-        if (mode == Mode::Process) {
-            const vdir::DemoContact& ada = vdir::demoContacts().at(1);
-            o.args.lTimeCardID = 7;
-            o.args.sContactID = 2;
-            o.args.sContactName = ada.fullName();
-            o.args.bManageContacts = true;
-            o.args.sDesc = QStringLiteral("Quarterly audit");
-            o.args.sMainActivity = QStringLiteral("Accounting");
-        }
-        return o;
-    }
 
     test::TempDir home;
 };
@@ -125,7 +105,14 @@ TEST_P(WindowsTest, IsWholeOnTheScreenAndPhotographed)
         test::expectWindowWhole(window);
     });
     host->setDriver(&driver);
-    EXPECT_EQ(desktop::runSession(optionsFor(sight.mode, home.path()), host), 0);
+    desktop::HostOptions options = desktop::defaultHostOptions();
+    options.home = home.path();
+    if (sight.mode == Mode::Process) {
+        HostArguments& a = options.args;
+        std::tie(a.lTimeCardID, a.sContactID, a.bManageContacts) = std::tuple(7, 2, true);
+        std::tie(a.sContactName, a.sDesc, a.sMainActivity) = std::tuple(vdir::demoContacts().at(1).fullName(), "Quarterly audit", "Accounting");
+    }
+    EXPECT_EQ(desktop::runSession(options, host), 0);
     host->setDriver(nullptr);
     EXPECT_TRUE(looked);
     EXPECT_TRUE(script->atEnd()) << script->remaining() << " steps left";
