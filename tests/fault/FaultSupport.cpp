@@ -34,7 +34,7 @@ bool mountReadOnly(const QString& path)
            && ::mount(nullptr, p.constData(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr) == 0;
 }
 
-void fillDisk(const QString& dir, qint64 leave)
+void fillDisk(const QString& dir)
 {
     QFile filler(QDir(dir).filePath(QStringLiteral("filler")));
     if (!filler.open(QIODevice::WriteOnly | QIODevice::Append)) return;
@@ -43,21 +43,19 @@ void fillDisk(const QString& dir, qint64 leave)
         struct statvfs fs;
         if (::statvfs(QFile::encodeName(dir).constData(), &fs) != 0) return;
         const qint64 free = static_cast<qint64>(fs.f_bavail) * static_cast<qint64>(fs.f_frsize);
-        if (free <= leave) return;
-        const qint64 chunk = std::min<qint64>(block.size(), std::max<qint64>(free - leave, 4096));
+        if (free <= 0) return;
+        const qint64 chunk = std::min<qint64>(block.size(), std::max<qint64>(free, 4096));
         if (filler.write(block.constData(), chunk) != chunk || !filler.flush()) return;
     }
 }
 
-QJsonObject processingSession(int templates, const QString& body)
+QJsonObject processingSession(int templates)
 {
     QJsonArray rows, assignments;
     for (int i = 1; i <= templates; ++i) {
-        QJsonObject row{{"ID", i}, {"Subject", QStringLiteral("Task %1").arg(i)}, {"DateType", 1}, {"DueDateOffset", 1440 + i},
-                        {"ReminderOffset", 0}, {"ReminderSet", false}, {"FillIn1", "Subject field from template"},
-                        {"FillIn2", "[Empty]"}, {"FillIn3", "[Empty]"}, {"FillIn4", "[Empty]"}, {"Tag", 0}};
-        if (!body.isEmpty()) row.insert("Body", body);
-        rows.append(row);
+        rows.append(QJsonObject{{"ID", i}, {"Subject", QStringLiteral("Task %1").arg(i)}, {"DateType", 1}, {"DueDateOffset", 1440 + i},
+                                {"ReminderOffset", 0}, {"ReminderSet", false}, {"FillIn1", "Subject field from template"},
+                                {"FillIn2", "[Empty]"}, {"FillIn3", "[Empty]"}, {"FillIn4", "[Empty]"}, {"Tag", 0}});
         assignments.append(QJsonObject{{"GroupID", 1}, {"TaskID", i}});
     }
     return QJsonObject{

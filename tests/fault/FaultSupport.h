@@ -13,12 +13,12 @@ namespace steplets::test {
 bool enterPrivateMounts();
 bool mountTmpfs(const QString& at, qint64 bytes);
 bool mountReadOnly(const QString& path);              // a bind mount of path onto itself
-// Writes a file into `dir` until no more than `leave` bytes are free on its file system.
-void fillDisk(const QString& dir, qint64 leave = 0);
+// Writes a file into `dir` until its file system is full.
+void fillDisk(const QString& dir);
 
 // A session that processes a group of `templates` relative templates for time card 42 and
-// closes the chooser; `body` goes into every template's notes.
-QJsonObject processingSession(int templates, const QString& body = {});
+// closes the chooser.
+QJsonObject processingSession(int templates);
 
 // In a task folder: the .ics files that do not read as a task, and the temporary files.
 QStringList unreadableTasks(const QString& folder);

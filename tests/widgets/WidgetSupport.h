@@ -1,8 +1,7 @@
 #pragma once
 // What the widget tests share: one QApplication on the offscreen platform, a driver that plays a
-// person at the screen while the component sits in its modal loops, small hands for keys and
-// message boxes, screenshots kept as test artifacts, and what every window must hold on the
-// screen: a title, nothing cut off (a control by its container or the window, a text by its
+// person at the screen while the component sits in its modal loops, small hands for keys,
+// screenshots kept as test artifacts, and what every window must hold on the screen: a title, nothing cut off (a control by its container or the window, a text by its
 // control), every accelerator leading to one control, and the Tab key going round what a person
 // can see; the generic binding's windows also not sized by pages moved out of sight.
 #include "FormView.h"
@@ -15,28 +14,20 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QGroupBox>
-#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMap>
 #include <QMessageBox>
-#include <QPixmap>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStyleOptionButton>
 #include <QStyleOptionGroupBox>
 #include <QTabBar>
 #include <QTest>
-#include <QTextDocument>
 #include <QTimer>
 #include <QToolBar>
-#include <QWidget>
-#include <cstdio>
-#include <cstdlib>
 #include <deque>
 #include <functional>
 #include <gtest/gtest.h>
-#include <memory>
 
 namespace steplets::test {
 
@@ -62,21 +53,18 @@ inline QWidget* shownWindow(const QString& objectName)
     return nullptr;
 }
 
-// A grab of `w` into the build directory's artifacts (and, for the README's pictures, into the
-// folder named by STEPLETS_DOCS_DIR when it is set). A grab at a scale other than 100 % is an
+// A grab of `w` into the build directory's artifacts, and into the folder named by
+// STEPLETS_DOCS_DIR when it is set, for the README. A grab at a scale other than 100 % is an
 // artifact only, named with its scale ("name@2x").
-inline void saveScreenshot(QWidget* w, const QString& name, bool forDocs = false)
+inline void saveScreenshot(QWidget* w, const QString& name)
 {
-    ASSERT_NE(w, nullptr) << "no window to photograph for " << name.toStdString();
     const QPixmap shot = w->grab();
     const qreal scale = shot.devicePixelRatio();
-    const QString file = scale == 1.0 ? name : QStringLiteral("%1@%2x").arg(name).arg(scale);
     QDir().mkpath(QStringLiteral(STEPLETS_WIDGET_ARTIFACTS));
+    const QString file = scale == 1.0 ? name : QStringLiteral("%1@%2x").arg(name).arg(scale);
     EXPECT_TRUE(shot.save(QDir(QStringLiteral(STEPLETS_WIDGET_ARTIFACTS)).filePath(file + QStringLiteral(".png"))));
     const QString docs = qEnvironmentVariable("STEPLETS_DOCS_DIR");
-    if (forDocs && !docs.isEmpty() && scale == 1.0) {
-        EXPECT_TRUE(shot.save(QDir(docs).filePath(name + QStringLiteral(".png"))));
-    }
+    EXPECT_TRUE(docs.isEmpty() || scale != 1.0 || shot.save(QDir(docs).filePath(name + QStringLiteral(".png"))));
 }
 
 // Plays the person at the screen: each step waits until its condition holds, then acts. An act
@@ -89,9 +77,8 @@ public:
         m_steps.push_back({what, std::move(ready), std::move(action)});
         return *this;
     }
-    void start(int timeoutMs = 30000)
+    void start()
     {
-        m_timeoutMs = timeoutMs;
         m_clock.start();
         schedule();
     }
@@ -108,7 +95,7 @@ private:
     void poll()
     {
         if (m_steps.empty()) return;
-        if (m_clock.elapsed() > m_timeoutMs) {
+        if (m_clock.elapsed() > 30000) {
             // Nobody can close the windows the component keeps up: leave the test program.
             std::fprintf(stderr, "widget test stuck waiting for: %s\n", m_steps.front().what);
             std::_Exit(1);
@@ -122,14 +109,9 @@ private:
 
     std::deque<Step> m_steps;
     QElapsedTimer m_clock;
-    int m_timeoutMs = 30000;
 };
 
-inline void showAndWait(QWidget& w)
-{
-    w.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
-}
+inline void showAndWait(QWidget& w) { w.show(); ASSERT_TRUE(QTest::qWaitForWindowExposed(&w)); }
 
 template <typename W = QWidget>
 W* child(QWidget& parent, const QString& name)
@@ -138,40 +120,15 @@ W* child(QWidget& parent, const QString& name)
     EXPECT_NE(w, nullptr) << "no widget " << name.toStdString();
     return w;
 }
-inline void typeInto(QWidget* w, const QString& text)
-{
-    QTest::keyClick(w, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(w, text);
-}
+// Types over what the field holds, as a person selecting all first.
+inline void typeInto(QWidget* w, const QString& text) { QTest::keyClick(w, Qt::Key_A, Qt::ControlModifier); QTest::keyClicks(w, text); }
 inline void press(QWidget* button) { QTest::keyClick(button, Qt::Key_Space); }
-
-// The person at the screen for message boxes: answers the next one that shows with `button`.
-struct BoxAnswer {
-    QString text;
-    bool seen = false;
-    QTimer poll;
-};
-inline std::unique_ptr<BoxAnswer> answerNextBox(QMessageBox::StandardButton button)
-{
-    auto answer = std::make_unique<BoxAnswer>();
-    QObject::connect(&answer->poll, &QTimer::timeout, [a = answer.get(), button] {
-        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            a->poll.stop();
-            a->seen = true;
-            a->text = box->text();
-            box->button(button)->click();
-        }
-    });
-    answer->poll.start(10);
-    return answer;
-}
 
 // --- What every window must hold ---
 
 inline std::string nameOf(const QWidget* w)
 {
-    const QString name = w->objectName().isEmpty() ? QString::fromLatin1(w->metaObject()->className()) : w->objectName();
-    return name.toStdString();
+    return (w->objectName().isEmpty() ? QString::fromLatin1(w->metaObject()->className()) : w->objectName()).toStdString();
 }
 
 // Widgets that Qt's composite widgets make and lay out themselves.
@@ -193,8 +150,7 @@ inline bool onScreen(const QWidget* w, const QWidget* window)
 inline void expectTextFits(const QWidget* w, const QString& text, const QRect& room, int flags)
 {
     const QRect need = QFontMetrics(w->font()).boundingRect(QRect(0, 0, room.width(), 100000), flags | Qt::TextShowMnemonic, text);
-    EXPECT_LE(need.width(), room.width()) << nameOf(w) << " cuts off \"" << text.toStdString() << "\"";
-    EXPECT_LE(need.height(), room.height()) << nameOf(w) << " cuts off \"" << text.toStdString() << "\"";
+    EXPECT_TRUE(need.width() <= room.width() && need.height() <= room.height()) << nameOf(w) << " cuts off \"" << text.toStdString() << "\"";
 }
 
 inline void expectNothingClipped(QWidget* window)
@@ -215,20 +171,18 @@ inline void expectNothingClipped(QWidget* window)
         if (auto* l = qobject_cast<QLabel*>(w)) {
             const bool rich = l->textFormat() == Qt::RichText || (l->textFormat() == Qt::AutoText && Qt::mightBeRichText(l->text()));
             if (l->text().isEmpty() || rich) continue;
-            expectTextFits(l, l->text(), l->contentsRect(), l->wordWrap() ? Qt::TextWordWrap : 0);
+            const int wrap = l->wordWrap() ? Qt::TextWordWrap : 0;
+            expectTextFits(l, l->text(), l->contentsRect(), wrap);
             // A placed label's text lies clear of the controls beside it: a text partly under a
             // button is lost. One that a control covers whole is hidden by the window's design.
             if (parent->layout() || l->objectName().isEmpty()) continue;
             const QRect text = QFontMetrics(l->font())
-                                   .boundingRect(l->contentsRect(), Qt::AlignLeft | Qt::AlignTop | Qt::TextShowMnemonic |
-                                                                        (l->wordWrap() ? Qt::TextWordWrap : 0), l->text())
+                                   .boundingRect(l->contentsRect(), Qt::AlignLeft | Qt::AlignTop | Qt::TextShowMnemonic | wrap, l->text())
                                    .translated(l->pos());
             for (QWidget* other : parent->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-                if (other != l && other->isVisibleTo(window) && !other->objectName().isEmpty() && !other->geometry().contains(text)) {
-                    EXPECT_FALSE(text.intersects(other->geometry()))
-                        << nameOf(l) << "'s text (" << text.x() << "," << text.y() << " " << text.width() << "x" << text.height()
-                        << ") runs into " << nameOf(other) << " at " << other->x() << "," << other->y();
-                }
+                EXPECT_FALSE(other != l && other->isVisibleTo(window) && !other->objectName().isEmpty() &&
+                             !other->geometry().contains(text) && text.intersects(other->geometry()))
+                    << nameOf(l) << "'s text runs into " << nameOf(other);
         } else if (auto* b = qobject_cast<QAbstractButton*>(w); b && !b->text().isEmpty()) {
             QStyleOptionButton opt;
             opt.initFrom(b);
@@ -259,8 +213,7 @@ inline void expectAcceleratorsLeadToOneControlEach(QWidget* window)
 {
     QMap<QString, QStringList> owners;
     auto add = [&](const QString& text, const QWidget* w) {
-        const QString key = QKeySequence::mnemonic(text).toString();
-        if (!key.isEmpty()) owners[key] << QString::fromStdString(nameOf(w));
+        if (const QString key = QKeySequence::mnemonic(text).toString(); !key.isEmpty()) owners[key] << QString::fromStdString(nameOf(w));
     };
     for (QWidget* w : window->findChildren<QWidget*>()) {
         if (!onScreen(w, window) || insideComposite(w, window)) continue;
@@ -300,24 +253,22 @@ inline void expectSizedByWhatIsInSight(QWidget* window)
 {
     auto* view = dynamic_cast<qt::FormView*>(window);
     if (!view || !view->form()) return;
-    const Form& form = *view->form();
-    int right = qt::twipsToPixels(form.Width() - 120, view->logicalDpiX());
-    int bottom = 0;
-    for (const Control* c : form.controls()) {
+    int right = qt::twipsToPixels(view->form()->Width() - 120, view->logicalDpiX()), bottom = 0;
+    for (const Control* c : view->form()->controls()) {
         const QWidget* w = view->widgetOf(*c);
         if (!w || w->parentWidget() != window || !w->isVisibleTo(window) || w->visibleRegion().isEmpty()) continue;
         right = std::max(right, w->geometry().right() + 1);
         bottom = std::max(bottom, w->geometry().bottom() + 1);
     }
-    const int gap = qt::twipsToPixels(60, view->logicalDpiX());
-    EXPECT_LE(window->width(), right + gap + 1) << "the window is wider than what it shows";
+    EXPECT_LE(window->width(), right + qt::twipsToPixels(60, view->logicalDpiX()) + 1) << "the window is wider than what it shows";
     EXPECT_GE(window->height(), bottom) << "the window cuts off its lowest control";
 }
 
+// A title (beside the title bar's buttons, for a message box sized by its text), nothing cut off,
+// one control per accelerator, a size from what is in sight, and Tab going round what is seen.
 inline void expectWindowWhole(QWidget* window)
 {
     EXPECT_FALSE(window->windowTitle().trimmed().isEmpty()) << nameOf(window) << " has no title";
-    // A message box, sized by its text, still holds its title beside the title bar's buttons.
     if (qobject_cast<QMessageBox*>(window)) {
         QFont bold = window->font();
         bold.setBold(true);
