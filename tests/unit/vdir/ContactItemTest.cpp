@@ -54,15 +54,3 @@ TEST_F(ContactItems, ComputedNamesAreReadOnlyUnknownOnesAreFailuresAndAStoredFil
     open();
     EXPECT_EQ(contactIn(*ns, QStringLiteral("c-ada"))->FileAs(), QStringLiteral("Accounts: Byrne"));
 }
-
-TEST_F(ContactItems, AnotherClientsPropertiesSurviveARewrite)
-{
-    QFile::copy(QStringLiteral(STEPLETS_GOLDEN_DIR "/contact-30-other-client.vcf"), tmp.file(QStringLiteral("contacts/old.vcf")));
-    auto c = contactIn(*ns, QStringLiteral("old"));
-    c->set(QStringLiteral("JobTitle"), Value("Owner"));
-    c->Save();
-    const QByteArray vcf = fileText(tmp.file(QStringLiteral("contacts/old.vcf")));
-    EXPECT_TRUE(vcf.contains("X-SOCIAL:keep me"));
-    EXPECT_TRUE(vcf.contains("TITLE:Owner"));
-    EXPECT_EQ(contactIn(*ns, QStringLiteral("old"))->get(QStringLiteral("NickName")), Value("Hiro"));
-}

@@ -18,6 +18,7 @@ protected:
 
 } // namespace
 
+// What links read from a file is pinned by golden/; here what Add gives.
 TEST_F(LinksAndDisplay, LinksKeepTheirOrderAndLeadBackToTheContacts)
 {
     auto task = newTask();
@@ -25,15 +26,10 @@ TEST_F(LinksAndDisplay, LinksKeepTheirOrderAndLeadBackToTheContacts)
     task->Links().Add(*contact("c-ben"));
     task->Links().Add(*contact("c-ada"));          // no check for a link already there
     EXPECT_FALSE(task->Saved());
-    task->Save();
-    auto back = reload(task->EntryID());
-    ASSERT_EQ(back->Links().Count(), 3);
-    EXPECT_EQ(back->Links().Item(1)->Name(), QStringLiteral("Byrne, Ada"));
-    EXPECT_EQ(back->Links().Item(2)->Name(), QStringLiteral("Okafor, Benjamin"));
-    EXPECT_EQ(back->Links().Item(3)->EntryID(), QStringLiteral("c-ada"));
-    EXPECT_EQ(back->Links().Item(2)->Item()->get(QStringLiteral("CompanyName")), Value("Okafor Engineering"));
-    EXPECT_EQ(failure([&] { back->Links().Item(4); }).number(), 9);
-    EXPECT_TRUE(fileText(taskFile(task->EntryID())).contains("X-STEPLETS-LINK;CN=\"Byrne, Ada\";X-STEPLETS-ENTRYID=c-ada:c-ada"));
+    ASSERT_EQ(task->Links().Count(), 3);
+    EXPECT_EQ(task->Links().Item(3)->Name(), QStringLiteral("Byrne, Ada"));
+    EXPECT_EQ(task->Links().Item(2)->Item()->get(QStringLiteral("CompanyName")), Value("Okafor Engineering"));
+    EXPECT_EQ(failure([&] { task->Links().Item(4); }).number(), 9);
 }
 
 // Each type through the file is pinned by golden/; here what Add and a write give, and the
@@ -54,15 +50,6 @@ TEST_F(LinksAndDisplay, UserPropertiesStartAtTheirTypesDefaultAndConvertWhatIsWr
     EXPECT_EQ(failure([&] { task->UserProperties().Add(QStringLiteral("Odd"), 99); }).number(), vdir::fail::InvalidArgument);
 }
 
-TEST_F(LinksAndDisplay, AssignMarksTheTask)
-{
-    auto task = newTask();
-    task->Assign();
-    EXPECT_FALSE(task->Saved());
-    task->Save();
-    EXPECT_EQ(reload(task->EntryID())->get(QStringLiteral("DelegationState")), Value(1));
-}
-
 TEST_F(LinksAndDisplay, ModalDisplayReturnsWhenTheUserIsDoneAndTellsWhatHappened)
 {
     display->onTask = [](ol::TaskItem& item) {
@@ -70,12 +57,15 @@ TEST_F(LinksAndDisplay, ModalDisplayReturnsWhenTheUserIsDoneAndTellsWhatHappened
         item.Save();
     };
     auto task = newTask();
+    task->Assign();
     task->Display(true);
     EXPECT_EQ(display->shown, 1);
     EXPECT_TRUE(display->lastModal);
     EXPECT_TRUE(task->Saved());
     EXPECT_FALSE(task->EntryID().isEmpty());
-    EXPECT_EQ(reload(task->EntryID())->Subject(), QStringLiteral("Typed on the form"));
+    auto back = reload(task->EntryID());
+    EXPECT_EQ(back->Subject(), QStringLiteral("Typed on the form"));
+    EXPECT_EQ(back->get(QStringLiteral("DelegationState")), Value(1)) << "Assign marks the task";
 
     display->onTask = [](ol::TaskItem& item) { item.set(QStringLiteral("Subject"), Value("Abandoned")); };
     auto closed = newTask();
