@@ -56,7 +56,6 @@ public:
     ProgressBar pbProgress{*this, QStringLiteral("pbProgress")};
     ToolBar abTools{*this, QStringLiteral("abTools")};
     Calendar calDate{*this, QStringLiteral("calDate")};
-    ContactCombo qrvContacts{*this, QStringLiteral("qrvContacts")};
     Timer Timer1{*this, QStringLiteral("Timer1")};
 
 protected:
