@@ -32,19 +32,15 @@ TEST(ScenarioFileRefused, NamesTheMemberAndWhatIsWrong)
         {R"({"script": [{"form": "frmSteplet", "click": 3}]})", "script: step 1: member \"click\" must be a text"},
         {R"({"script": [{"wait": 1}, {"msgbox": "Maybe"}]})", "script: step 2: member \"msgbox\" must be one of \"OK\", \"Cancel\", \"Yes\", \"No\""},
         {R"({"script": ["click"]})", "script: step 1: expected an object"},
-        {R"({"script": {"click": "a"}})", "script: expected a list"},
         {R"({"now": "2026-03-16T15:30:00"})", "script: is missing (a list of steps, possibly empty)"},
         {R"({"host": {"lTimeCardID": "12"}, "script": []})", "host.lTimeCardID: expected a whole number from -2147483648 to 2147483647"},
-        {R"({"host": {"sContactID": 1.5}, "script": []})", "host.sContactID: expected a whole number from -2147483648 to 2147483647"},
         {R"({"host": {"bManageContacts": 1}, "script": []})", "host.bManageContacts: expected true or false"},
         {R"({"host": {"sUserName": null}, "script": []})", "host.sUserName: expected a text"},
         {R"({"host": {"sUsername": "x"}, "script": []})", "host.sUsername: unknown argument of OpenSteplets"},
         {R"({"host": {"olNS": "x"}, "script": []})", "host.olNS: is given by the player, not by the scenario"},
         {"[]", "(file): expected a JSON object"},
-        {R"({"now": "2026-03-16 15:30", "script": []})", "now: expected a local time \"YYYY-MM-DDTHH:MM:SS\""},
         {R"({"now": "2026-02-30T10:00:00", "script": []})", "now: expected a local time \"YYYY-MM-DDTHH:MM:SS\""},
         {R"({"settings": {"Link User": 1.5}, "script": []})", "settings.Link User: expected a whole number or a text"},
-        {R"({"settings": {"Link User": true}, "script": []})", "settings.Link User: expected a whole number or a text"},
         {R"({"store": {"missing": ["remote"]}, "script": []})", "store.missing[0]: expected \"local\" or \"link\""},
         {R"({"store": {"local": {"tblSteplets": [{"Tag": [1]}]}}, "script": []})", "store.local.tblSteplets[0].Tag: expected a text, a number, true, false or null"},
         {R"({"store": {"link": {"tblContacts": [{}]}, "missing": ["link"]}, "script": []})", "store.missing[0]: the database \"link\" is left out but has rows"},
@@ -53,7 +49,6 @@ TEST(ScenarioFileRefused, NamesTheMemberAndWhatIsWrong)
         {R"({"outlook": {"contacts": [{"Links": []}]}, "script": []})", "outlook.contacts[0].Links: expected a text, a number, true, false or null"},
         {R"({"outlook": {"tasks": [{"UserProperties": [{"type": 1}]}]}, "script": []})", "outlook.tasks[0].UserProperties[0].name: expected a text"},
         {R"({"outlook": {"taskFolderGoneAfter": -1}, "script": []})", "outlook.taskFolderGoneAfter: expected a count, not negative"},
-        {R"({"outlook": {"taskFolderGoneAfter": "1"}, "script": []})", "outlook.taskFolderGoneAfter: expected a whole number from -2147483648 to 2147483647"},
         {R"({"script": [], "expect": {"events": {"$count": 1, "$item": []}}})", "expect.events: expected {\"$count\": N} or {\"$count\": N, \"$items\": [...]}"},
         {"{\"script\": [", "not valid JSON at character..."},
         {R"({"script": [], "expected": {}})", "expected: unknown member; expected one of now, host..."},
@@ -88,10 +83,8 @@ TEST(CommandLineExit, UsageProblemsAreExitTwo)
 {
     QString out, err;
     QTextStream o(&out), e(&err);
-    EXPECT_EQ(runCommand({}, o, e), 2);
-    EXPECT_EQ(runCommand({"a.json", "--frobnicate"}, o, e), 2);
-    EXPECT_EQ(runCommand({"a.json", "--out"}, o, e), 2);
-    EXPECT_EQ(runCommand({"/nonexistent/a.json"}, o, e), 2);
+    for (const QStringList& args : {QStringList{}, {"a.json", "--frobnicate"}, {"a.json", "--out"}, {"/nonexistent/a.json"}})
+        EXPECT_EQ(runCommand(args, o, e), 2) << args.join(' ').toStdString();
     e.flush();
     EXPECT_TRUE(err.contains("unknown option '--frobnicate'"));
     EXPECT_TRUE(err.contains("--out needs a value"));

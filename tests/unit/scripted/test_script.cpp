@@ -39,28 +39,26 @@ TEST(ScriptReading, WellFormedStepsOfEveryKindAreTaken) {
 }
 
 TEST(ScriptReading, MalformedStepsNameTheStepAndTheMember) {
-    EXPECT_EQ(errorOf(R"({"click": "x"})"), QStringLiteral("member \"script\" must be a list of steps"));
-    EXPECT_EQ(errorOf(R"([{"click": "a"}, 3])"), QStringLiteral("step 2: a step must be an object"));
-    EXPECT_EQ(errorOf(R"([{"click": "a"}, {"tick": "l", "item": "r"}])"), QStringLiteral("step 2: member \"checked\" is missing"));
-    EXPECT_EQ(errorOf(R"([{"tick": "l", "checked": true}])"),
-              QStringLiteral("step 1: exactly one of the members \"item\" and \"row\" must be given"));
-    EXPECT_EQ(errorOf(R"([{"tab": "t", "index": 1.5}])"), QStringLiteral("step 1: member \"index\" must be a whole number"));
-    EXPECT_EQ(errorOf(R"([{"date": "c", "value": "15/04/2026"}])"),
-              QStringLiteral("step 1: member \"value\" must be a date \"YYYY-MM-DD\""));
-    EXPECT_EQ(errorOf(R"([{"close": true}])"), QStringLiteral("step 1: member \"form\" is missing"));
-    EXPECT_EQ(errorOf(R"([{"form": "f", "close": false}])"), QStringLiteral("step 1: member \"close\" must be true"));
-    EXPECT_EQ(errorOf(R"([{"click": "a", "text": "b"}])"), QStringLiteral("step 1: member \"text\" does not belong in this step"));
-    EXPECT_EQ(errorOf(R"([{"click": "a", "focus": "b"}])"), QStringLiteral("step 1: members \"click\", \"focus\" cannot stand in one step"));
-    EXPECT_EQ(errorOf(R"([{"item": {"close": "later"}}])"),
-              QStringLiteral("step 1: member \"item.close\" must be one of \"save\", \"discard\", \"send\""));
-    EXPECT_EQ(errorOf(R"([{"item": {"subject": "x"}}])"),
-              QStringLiteral("step 1: member \"item.subject\" does not belong in an item step"));
-    EXPECT_EQ(errorOf(R"([{"picker": {"ContactID": "4", "name": "a", "EntryID": "e"}}])"),
-              QStringLiteral("step 1: member \"picker.ContactID\" must be a whole number"));
-    for (const char* wait : {R"([{"wait": -1}])", R"([{"wait": 1e308}])", R"([{"wait": 3155760001}])"})
-        EXPECT_EQ(errorOf(wait), QStringLiteral("step 1: member \"wait\" must be a number of seconds from 0 to 3155760000")) << wait;
-    EXPECT_EQ(errorOf(R"([{"form": "f", "dblclick": "g", "row": 1e300}])"), QStringLiteral("step 1: member \"row\" must be a whole number"));
-    EXPECT_EQ(errorOf(R"([{"form": "f"}])").left(27), QStringLiteral("step 1: no action member (o"));
+    const std::pair<const char*, const char*> cases[] = {
+        {R"({"click": "x"})", "member \"script\" must be a list of steps"},
+        {R"([{"click": "a"}, 3])", "step 2: a step must be an object"},
+        {R"([{"click": "a"}, {"tick": "l", "item": "r"}])", "step 2: member \"checked\" is missing"},
+        {R"([{"tick": "l", "checked": true}])", "step 1: exactly one of the members \"item\" and \"row\" must be given"},
+        {R"([{"tab": "t", "index": 1.5}])", "step 1: member \"index\" must be a whole number"},
+        {R"([{"form": "f", "dblclick": "g", "row": 1e300}])", "step 1: member \"row\" must be a whole number"},
+        {R"([{"date": "c", "value": "15/04/2026"}])", "step 1: member \"value\" must be a date \"YYYY-MM-DD\""},
+        {R"([{"close": true}])", "step 1: member \"form\" is missing"},
+        {R"([{"form": "f", "close": false}])", "step 1: member \"close\" must be true"},
+        {R"([{"click": "a", "text": "b"}])", "step 1: member \"text\" does not belong in this step"},
+        {R"([{"click": "a", "focus": "b"}])", "step 1: members \"click\", \"focus\" cannot stand in one step"},
+        {R"([{"item": {"close": "later"}}])", "step 1: member \"item.close\" must be one of \"save\", \"discard\", \"send\""},
+        {R"([{"item": {"subject": "x"}}])", "step 1: member \"item.subject\" does not belong in an item step"},
+        {R"([{"picker": {"ContactID": "4", "name": "a", "EntryID": "e"}}])", "step 1: member \"picker.ContactID\" must be a whole number"},
+        {R"([{"wait": -1}])", "step 1: member \"wait\" must be a number of seconds from 0 to 3155760000"},
+        {R"([{"wait": 3155760001}])", "step 1: member \"wait\" must be a number of seconds from 0 to 3155760000"},
+    };
+    for (const auto& [json, why] : cases) EXPECT_EQ(errorOf(json), QString::fromUtf8(why)) << json;
+    EXPECT_TRUE(errorOf(R"([{"form": "f"}])").startsWith(QStringLiteral("step 1: no action member (o")));
 }
 
 TEST(ScriptReading, ValuesTakeTheComponentsTypes) {
