@@ -14,7 +14,6 @@ TEST(FixedEnglishFormats, RendersTheScenarioForms)
     EXPECT_EQ(f.format(kAfternoon, "Short Date"), "3/16/2026");
     EXPECT_EQ(f.format(kAfternoon, "Medium Date"), "16-Mar-26");
     EXPECT_EQ(f.format(kAfternoon, "Medium Time"), "03:30 PM");
-    EXPECT_EQ(f.format(kAfternoon, "dddd"), "Monday");
     EXPECT_EQ(f.format(kMorning, "Short Date"), "12/5/2026");
     EXPECT_EQ(f.format(kMorning, "Medium Date"), "05-Dec-26");
     EXPECT_EQ(f.format(kMorning, "Medium Time"), "09:05 AM");
@@ -30,8 +29,4 @@ TEST(LocaleFormats, FollowTheLocale)
     EXPECT_EQ(german.format(kAfternoon, "Medium Time"), "15:30");
     EXPECT_EQ(german.format(kAfternoon, "dddd"), "Montag");
 
-    LocaleFormats us(QLocale(QLocale::English, QLocale::UnitedStates));
-    EXPECT_EQ(us.format(kAfternoon, "Short Date"), "3/16/26");
-    EXPECT_EQ(us.format(kAfternoon, "dddd"), "Monday");
-    EXPECT_TRUE(us.format(kAfternoon, "Medium Time").startsWith("3:30"));
 }
