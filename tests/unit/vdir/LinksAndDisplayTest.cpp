@@ -1,4 +1,5 @@
-// Links to contacts, user properties, assignment and modal display by a scripted user.
+// Links to contacts, contact refusals, user properties, assignment and modal display by a
+// scripted user.
 #include "VdirFixture.h"
 #include "backends/vdir/DemoContacts.h"
 
@@ -30,6 +31,14 @@ TEST_F(LinksAndDisplay, LinksKeepTheirOrderAndLeadBackToTheContacts)
     EXPECT_EQ(task->Links().Item(3)->Name(), QStringLiteral("Byrne, Ada"));
     EXPECT_EQ(task->Links().Item(2)->Item()->get(QStringLiteral("CompanyName")), Value("Okafor Engineering"));
     EXPECT_EQ(failure([&] { task->Links().Item(4); }).number(), 9);
+}
+
+// What a card maps to, and every writable property through a save, is pinned by golden/.
+TEST_F(LinksAndDisplay, ComputedContactNamesAreReadOnlyAndUnknownOnesAreFailures)
+{
+    auto c = contact("c-ada");
+    EXPECT_TRUE(failure([&] { c->set(QStringLiteral("LastFirstNoSpace"), Value("x")); }).description().contains(QStringLiteral("read-only")));
+    EXPECT_EQ(failure([&] { c->get(QStringLiteral("Shoe Size")); }).number(), vdir::fail::NoSuchProperty);
 }
 
 // Each type through the file is pinned by golden/; here what Add and a write give, and the
