@@ -33,6 +33,8 @@ struct Case {
 
 } // namespace
 
+// Each operator matching what it should is shown by the scenarios whose expectations use it;
+// here what it must refuse, and the finer points no scenario leans on.
 TEST(Match, PatternsAgainstTranscripts)
 {
     const Case cases[] = {
@@ -42,29 +44,19 @@ TEST(Match, PatternsAgainstTranscripts)
         {R"({"a": 1, "c": 3})", R"({"a": 1, "b": 2})", false},
         {"1", "1.0", true},
         {R"("1")", "1", false},
-        // Array patterns match in order with gaps; one element cannot stand for two patterns.
-        {R"({"events": [{"show": "frmSteplet"}, {"unload": "frmSteplet"}]})", nullptr, true},
-        {R"({"events": []})", nullptr, true},
+        // Array patterns match in order; one element cannot stand for two patterns.
         {R"({"events": [{"unload": "frmSteplet"}, {"show": "frmSteplet"}]})", nullptr, false},
         {R"({"events": [{"show": "frmSteplet"}, {"show": "frmSteplet"}]})", nullptr, false},
         // An earlier looser pattern leaves room for a later one.
         {R"([{"x": 1}, {"y": 2}])", R"([{"x": 1, "y": 2}, {"y": 2}])", true},
         {R"([{"x": 1}, {"x": 1, "y": 2}])", R"([{"x": 1, "y": 2}, {"x": 1}])", false},
-        {R"({"RecurrencePattern": {"$absent": true}})", R"({"Subject": "a"})", true},
         {R"({"RecurrencePattern": {"$absent": true}})", R"({"RecurrencePattern": {}})", false},
-        {R"({"store": {"link": {"$absent": true}, "local": {"$present": true}}})", R"({"store": {"local": {}}})", true},
         {R"({"status": {"$present": true}})", R"({"status": null})", true},
-        {R"({"events": {"$count": 4, "$items": [{"at": "t2"}, {"at": "t4"}]}})", nullptr, true},
         {R"({"events": {"$count": 4, "$items": [{"at": "t4"}, {"at": "t2"}]}})", nullptr, false},
         {R"({"events": {"$count": 0}})", R"({"events": "none"})", false},
-        {R"({"$exactly": [1, {"a": 2}]})", R"([1, {"a": 2, "b": 3}])", true},
         {R"({"$exactly": [1]})", R"([1, 2])", false},
-        {R"({"events": {"$none": {"msgbox": {"answer": "Cancel"}}}})", nullptr, true},
-        {R"({"events": {"$countOf": {"at": {"$prefix": "t"}}, "n": 4}})", nullptr, true},
         // $prefix and $contains look into texts only.
-        {R"({"$prefix": "\r\nX:modInitialize"})", R"("\r\nX:modInitialize: GetRegSettings")", true},
         {R"({"$prefix": "X:"})", R"("\r\nX:")", false},
-        {R"({"$contains": "Template5:Line "})", R"("\r\nX:frmProcessTasks: CreateTaskFromTemplate5:Line 420")", true},
         {R"({"$contains": "Template6"})", R"("\r\nX:frmProcessTasks: CreateTaskFromTemplate5:Line 420")", false},
         {R"({"$contains": "2"})", "12", false},
     };

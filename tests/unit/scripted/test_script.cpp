@@ -16,28 +16,7 @@ QString errorOf(const char* json) {
 }
 } // namespace
 
-TEST(ScriptReading, WellFormedStepsOfEveryKindAreTaken) {
-    EXPECT_EQ(errorOf(R"([
-        {"form": "frmSteplet", "click": "cmdAdd"},
-        {"form": "frmSteplet", "tick": "lbTaskTemplates", "item": "Call", "checked": true},
-        {"tick": "lbTaskTemplates", "row": 0, "checked": false},
-        {"select": "lbContacts", "row": 2, "selected": false},
-        {"type": "txtUserInput", "text": ""},
-        {"focus": "txtGroupPrompt"},
-        {"key": "txtContact", "keyCode": 13, "shift": false, "ctrl": false, "alt": false},
-        {"tab": "TabStrip2", "index": 2},
-        {"date": "ActiveCalendar1", "value": "2026-04-15"},
-        {"dblclick": "MSHFlexGrid1", "row": 1},
-        {"toolclick": "abSelectContact", "tool": "Tool0"},
-        {"form": "frmPrompt", "close": true},
-        {"form": "frmPrompt", "snapshot": true},
-        {"msgbox": "OK", "title": " Name Required", "text": "x"},
-        {"item": {"set": {"Subject": "x"}, "recurrence": {"Interval": 1}, "close": "save"}},
-        {"picker": {"ContactID": 4, "name": "Ada", "EntryID": "c-ada"}},
-        {"picker": "cancel"},
-        {"wait": 2.5}])"), QStringLiteral("ok"));
-}
-
+// Well-formed steps of every kind are read by the scenarios and the control tests that play them.
 TEST(ScriptReading, MalformedStepsNameTheStepAndTheMember) {
     const std::pair<const char*, const char*> cases[] = {
         {R"({"click": "x"})", "member \"script\" must be a list of steps"},
