@@ -21,12 +21,3 @@ TEST(FixedEnglishFormats, RendersTheScenarioForms)
     EXPECT_EQ(f.format(kMorning, "dddd"), "Saturday");
 }
 
-TEST(LocaleFormats, FollowTheLocale)
-{
-    LocaleFormats german(QLocale(QLocale::German, QLocale::Germany));
-    EXPECT_EQ(german.format(kAfternoon, "Short Date"), "16.03.26");
-    EXPECT_EQ(german.format(kAfternoon, "Medium Date"), "16-März-26");
-    EXPECT_EQ(german.format(kAfternoon, "Medium Time"), "15:30");
-    EXPECT_EQ(german.format(kAfternoon, "dddd"), "Montag");
-
-}

@@ -75,10 +75,3 @@ TEST(ValueConversion, DatesBecomeTextByTheGeneralFormat)
     EXPECT_EQ(Value(Date(0.5)).toText(), "12:00:00 PM");
 }
 
-TEST(ValueEquality, ComparesTypeAndContent)
-{
-    EXPECT_EQ(Value(), Value::null());
-    EXPECT_EQ(Value("a"), Value(QString("a")));
-    EXPECT_NE(Value(1), Value(1.0));
-    EXPECT_NE(Value(), Value(""));
-}
