@@ -1,6 +1,9 @@
-// Task items through real .ics files: life cycle, refusals and couplings. What a file maps to,
-// and that a save writes it back, is pinned by golden/.
+// Task items through real .ics files: life cycle, refusals, couplings, the live recurrence
+// pattern, links and user properties. What a file maps to, and that a save writes it back, is
+// pinned by golden/; the modal display of an item is played by the scenarios' item steps.
 #include "VdirFixture.h"
+#include "backends/vdir/DemoContacts.h"
+#include "backends/vdir/Recurrence.h"
 #include "platform/SafeTaskItem.h"
 
 using namespace steplets;
@@ -106,4 +109,58 @@ TEST_F(TaskItems, AChangeOnDiskByAnotherProgramIsReadAfresh)
     ics.replace("SUMMARY:Before", "SUMMARY:Changed elsewhere");
     writeRaw(QStringLiteral("tasks/") + task->EntryID() + QStringLiteral(".ics"), ics);
     EXPECT_EQ(held->Subject(), QStringLiteral("Changed elsewhere")) << "a saved item follows its file";
+}
+
+TEST_F(TaskItems, GetRecurrencePatternMakesTheTaskRecurringAndIsLive)
+{
+    auto task = newTask();
+    task->set(QStringLiteral("DueDate"), Value(Date::fromParts(2024, 5, 17, 9, 0)));   // a Friday
+    task->Save();
+    auto pattern = task->GetRecurrencePattern();
+    EXPECT_EQ(task->get(QStringLiteral("IsRecurring")), Value(true));
+    EXPECT_FALSE(task->Saved());
+    EXPECT_EQ(pattern, task->GetRecurrencePattern()) << "the same pattern on each call";
+    EXPECT_EQ(pattern->get(QStringLiteral("RecurrenceType")), Value(1));
+    EXPECT_EQ(pattern->get(QStringLiteral("DayOfWeekMask")), Value(ol::olFriday));
+    EXPECT_EQ(pattern->get(QStringLiteral("PatternStartDate")), Value(Date::fromParts(2024, 5, 17)));
+    EXPECT_EQ(pattern->get(QStringLiteral("NoEndDate")), Value(true));
+
+    pattern->set(QStringLiteral("PatternEndDate"), Value(Date::fromParts(2025, 1, 1)));
+    EXPECT_EQ(pattern->get(QStringLiteral("NoEndDate")), Value(false));
+    pattern->set(QStringLiteral("NoEndDate"), Value(true));
+    EXPECT_EQ(pattern->get(QStringLiteral("PatternEndDate")), Value(Date::noDate()));
+    EXPECT_EQ(pattern->get(QStringLiteral("Occurrences")), Value(0));
+
+    const std::pair<const char*, Value> refused[] = {{"RecurrenceType", Value(4)}, {"DayOfWeekMask", Value(128)}, {"Interval", Value(0)}};
+    for (const auto& [name, v] : refused)
+        EXPECT_EQ(failure([&] { pattern->set(QString::fromLatin1(name), v); }).number(), vdir::fail::InvalidArgument) << name;
+    EXPECT_EQ(failure([&] { pattern->get(QStringLiteral("Frequency")); }).number(), vdir::fail::NoSuchProperty);
+}
+
+TEST_F(TaskItems, LinksAndContactsAndUserProperties)
+{
+    vdir::writeDemoContacts(tmp.file(QStringLiteral("contacts")));
+    const auto contact = [&](const char* id) { return ol::asContact(ns->GetItemFromID(QString::fromLatin1(id), QStringLiteral("store"))); };
+    auto task = newTask();
+    for (const char* id : {"c-ada", "c-ben", "c-ada"}) task->Links().Add(*contact(id));   // no check for a link already there
+    EXPECT_FALSE(task->Saved());
+    ASSERT_EQ(task->Links().Count(), 3);
+    EXPECT_EQ(task->Links().Item(3)->Name(), QStringLiteral("Byrne, Ada"));
+    EXPECT_EQ(task->Links().Item(2)->Item()->get(QStringLiteral("CompanyName")), Value("Okafor Engineering"));
+    EXPECT_EQ(failure([&] { task->Links().Item(4); }).number(), 9);
+    auto c = contact("c-ada");
+    EXPECT_TRUE(failure([&] { c->set(QStringLiteral("LastFirstNoSpace"), Value("x")); }).description().contains(QStringLiteral("read-only")));
+    EXPECT_EQ(failure([&] { c->get(QStringLiteral("Shoe Size")); }).number(), vdir::fail::NoSuchProperty);
+
+    auto count = task->UserProperties().Add(QStringLiteral("Visits"), ol::olInteger);
+    EXPECT_EQ(count->Value(), Value(0));
+    count->set(Value("7"));
+    EXPECT_EQ(count->Value(), Value(7));
+    EXPECT_EQ(failure([&] { count->set(Value("many")); }).number(), 13);
+    task->UserProperties().Add(QStringLiteral("Billed"), ol::olYesNo);
+    EXPECT_EQ(task->UserProperties().Find(QStringLiteral("Billed"))->Value(), Value(false));
+    EXPECT_EQ(task->UserProperties().Find(QStringLiteral("Missing")), nullptr);
+    EXPECT_TRUE(failure([&] { task->UserProperties().Add(QStringLiteral("Billed"), ol::olText); })
+                    .description().contains(QStringLiteral("already")));
+    EXPECT_EQ(failure([&] { task->UserProperties().Add(QStringLiteral("Odd"), 99); }).number(), vdir::fail::InvalidArgument);
 }
