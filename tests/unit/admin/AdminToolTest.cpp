@@ -111,15 +111,6 @@ TEST_F(AdminTool, ABrokenLocalDatabaseIsRefusedInOneLineNamingIt)
     }
 }
 
-TEST_F(AdminTool, WrongUsageIsExitCodeTwoAndHelpNamesTheCommands)
-{
-    for (const QStringList& args : {QStringList{"frobnicate"}, QStringList{}, QStringList{"init", "--colour"}})
-        EXPECT_EQ(admin(args).exitCode, 2) << args.join(' ').toStdString();
-    const Outcome help = admin({QStringLiteral("--help")});
-    EXPECT_EQ(help.exitCode, 0);
-    EXPECT_TRUE(help.out.contains(QStringLiteral("seed-demo")));
-}
-
 // What an init stopped half-way (killed, or on a full disk) leaves, the next init finishes.
 TEST_F(AdminTool, InitFinishesWhatAnInterruptedOneLeft)
 {

@@ -1,9 +1,11 @@
 #include "platform/runtime/Date.h"
+#include "platform/runtime/DateFormats.h"
 #include "platform/runtime/Failure.h"
 #include "Failures.h"
 #include <gtest/gtest.h>
 
 using steplets::Date;
+using steplets::FixedEnglishFormats;
 using steplets::Failure;
 
 namespace {
@@ -61,3 +63,16 @@ TEST(DateDiff, EachUnit)
     EXPECT_EQ(Date::diff("ww", at("2026-03-16"), at("2026-03-22")), 1);
     EXPECT_EQ(Date::diff("w", at("2026-03-16"), at("2026-03-29")), 1);
 }
+
+// The forms the scenarios and processing tests do not already show.
+TEST(FixedEnglishFormats, RendersTheScenarioForms)
+{
+    FixedEnglishFormats f;
+    const Date morning = Date::fromParts(2026, 12, 5, 9, 5);
+    EXPECT_EQ(f.format(morning, "Short Date"), "12/5/2026");
+    EXPECT_EQ(f.format(morning, "Medium Date"), "05-Dec-26");
+    EXPECT_EQ(f.format(morning, "Medium Time"), "09:05 AM");
+    EXPECT_EQ(f.format(Date::fromParts(2026, 3, 16, 0, 5), "Medium Time"), "12:05 AM");
+    EXPECT_EQ(f.format(morning, "dddd"), "Saturday");
+}
+

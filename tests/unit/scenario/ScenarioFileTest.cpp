@@ -79,19 +79,6 @@ TEST(CommandLineExit, MalformedFileIsExitTwoWithOneLineNamingFileAndStep)
     EXPECT_FALSE(QFile::exists(dir.file("OVLocal.db")));
 }
 
-TEST(CommandLineExit, UsageProblemsAreExitTwo)
-{
-    QString out, err;
-    QTextStream o(&out), e(&err);
-    for (const QStringList& args : {QStringList{}, {"a.json", "--frobnicate"}, {"a.json", "--out"}, {"/nonexistent/a.json"}})
-        EXPECT_EQ(runCommand(args, o, e), 2) << args.join(' ').toStdString();
-    e.flush();
-    EXPECT_TRUE(err.contains("unknown option '--frobnicate'") && err.contains("/nonexistent/a.json: cannot be read")) << err.toStdString();
-    EXPECT_EQ(runCommand({"--help"}, o, e), 0);
-    o.flush();
-    EXPECT_TRUE(out.startsWith("Usage: steplets-scenario FILE.json"));
-}
-
 // A scenario laid over its shared data: host arguments and settings by name, rows by their key
 // and member by member, a data file's defaults under every row of its table, bases in order.
 TEST(ScenarioBase, TheScenarioIsLaidOverItsDataByNameAndRowKey)
