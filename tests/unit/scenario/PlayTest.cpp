@@ -9,7 +9,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
-#include <QProcess>
 #include "QStringPrinting.h"
 #include <gtest/gtest.h>
 
@@ -122,22 +121,3 @@ TEST_F(PlayTest, AKeptDirectoryKeepsTheItemsItHeld)
     EXPECT_EQ(made->Subject, "Plain one");
 }
 
-// The program as a user runs it: --keep leaves the stores, and every file and folder the play
-// makes is the user's alone (every scenario run writes its transcript with --out).
-TEST_F(PlayTest, AKeptPlayLeavesPrivateStores)
-{
-    const QString file = dir.file("close.json");
-    QFile f(file);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(R"({"settings": {"Link User": 1}, "outlook": {"tasks": [{"EntryID": "t-1", "Subject": "Kept"}]},
-                "script": [{"form": "frmSteplet", "close": true}], "expect": {"settings": {"Link User": 1}}})");
-    f.close();
-    const QString keep = dir.file("kept/stores");
-    QProcess player;
-    player.start(QStringLiteral(STEPLETS_SCENARIO_PLAYER), {file, "--keep", keep, "--out", dir.file("kept/transcript.json")});
-    ASSERT_TRUE(player.waitForFinished(60000));
-    ASSERT_EQ(player.exitCode(), 0) << player.readAllStandardError().toStdString();
-    EXPECT_TRUE(player.readAllStandardOutput().isEmpty());
-    for (const char* kept : {"/OVLocal.db", "/OVLink.db", "/vdir/tasks/t-1.ics"}) EXPECT_TRUE(QFile::exists(keep + kept)) << kept;
-    EXPECT_EQ(test::notPrivate(dir.file("kept")), QStringList());
-}
