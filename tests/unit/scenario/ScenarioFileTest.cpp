@@ -29,9 +29,7 @@ TEST(ScenarioFileRefused, NamesTheMemberAndWhatIsWrong)
 {
     const std::pair<const char*, const char*> cases[] = {
         {R"({"script": [{"wait": 1}, {"wait": 2}, {"form": "frmSteplet", "clik": "cmdAdd"}]})", "script: step 3: unknown step kind \"clik\""},
-        {R"({"script": [{"form": "frmSteplet", "click": 3}]})", "script: step 1: member \"click\" must be a text"},
         {R"({"script": [{"wait": 1}, {"msgbox": "Maybe"}]})", "script: step 2: member \"msgbox\" must be one of \"OK\", \"Cancel\", \"Yes\", \"No\""},
-        {R"({"script": ["click"]})", "script: step 1: expected an object"},
         {R"({"now": "2026-03-16T15:30:00"})", "script: is missing (a list of steps, possibly empty)"},
         {R"({"host": {"lTimeCardID": "12"}, "script": []})", "host.lTimeCardID: expected a whole number from -2147483648 to 2147483647"},
         {R"({"host": {"bManageContacts": 1}, "script": []})", "host.bManageContacts: expected true or false"},
@@ -42,7 +40,6 @@ TEST(ScenarioFileRefused, NamesTheMemberAndWhatIsWrong)
         {R"({"now": "2026-02-30T10:00:00", "script": []})", "now: expected a local time \"YYYY-MM-DDTHH:MM:SS\""},
         {R"({"settings": {"Link User": 1.5}, "script": []})", "settings.Link User: expected a whole number or a text"},
         {R"({"store": {"missing": ["remote"]}, "script": []})", "store.missing[0]: expected \"local\" or \"link\""},
-        {R"({"store": {"local": {"tblSteplets": [{"Tag": [1]}]}}, "script": []})", "store.local.tblSteplets[0].Tag: expected a text, a number, true, false or null"},
         {R"({"store": {"link": {"tblContacts": [{}]}, "missing": ["link"]}, "script": []})", "store.missing[0]: the database \"link\" is left out but has rows"},
         {R"({"outlook": {"contacts": [{"EntryID": "c-1"}, {"EntryID": "c-1"}]}, "script": []})", "outlook.contacts[1].EntryID: \"c-1\" is given twice"},
         {R"({"outlook": {"tasks": [{"EntryID": "../x"}]}, "script": []})", "outlook.tasks[0].EntryID: expected a name usable as a file name"},
@@ -105,16 +102,10 @@ TEST(ScenarioBase, TheScenarioIsLaidOverItsDataByNameAndRowKey)
     const QList<QPair<QString, QJsonValue>> settings{{QStringLiteral("Link User"), 0}, {QStringLiteral("Task Selection"), 0}};
     EXPECT_EQ(s->settings, settings);
     ASSERT_EQ(s->outlook.contacts.size(), 3);
-    EXPECT_EQ(s->outlook.contacts[1].value(QStringLiteral("FirstName")), QStringLiteral("Ben"));
-    EXPECT_EQ(s->outlook.contacts[1].value(QStringLiteral("LastName")), QStringLiteral("Okafor"));
-    const QJsonObject store = s->storeRows;
-    EXPECT_EQ(store[QStringLiteral("link")][QStringLiteral("tblContacts")].toArray().size(), 3);
-    const QJsonObject row = store[QStringLiteral("local")][QStringLiteral("tblSteplets")][0].toObject();
-    EXPECT_EQ(row, (QJsonObject{{QStringLiteral("ID"), 5}, {QStringLiteral("Subject"), QStringLiteral("Call")},
-                                {QStringLiteral("DateType"), 0}, {QStringLiteral("Importance"), 1}}));
+    EXPECT_EQ(s->outlook.contacts[1], (QJsonObject{{"EntryID", "c-2"}, {"FirstName", "Ben"}, {"LastName", "Okafor"}}));
+    EXPECT_EQ(s->storeRows["link"]["tblContacts"].toArray().size(), 3);
+    EXPECT_EQ(s->storeRows["local"]["tblSteplets"][0].toObject(), (QJsonObject{{"ID", 5}, {"Subject", "Call"}, {"DateType", 0}, {"Importance", 1}}));
 
-    EXPECT_FALSE(parseScenario(R"({"base": "none.json", "script": []})", &error, dir.path()));
-    EXPECT_EQ(error, QStringLiteral("base: %1 cannot be read").arg(QDir::current().relativeFilePath(dir.file(QStringLiteral("none.json")))));
     write("odd.json", R"({"script": []})");
     EXPECT_FALSE(parseScenario(R"({"base": "odd.json", "script": []})", &error, dir.path()));
     EXPECT_TRUE(error.endsWith(QStringLiteral("unknown member \"script\""))) << error.toStdString();
