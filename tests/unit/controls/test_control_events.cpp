@@ -128,6 +128,8 @@ TEST(ControlEvents, IndexesOutsideTheControlAreFailuresWithTheirNumbers) {
     EXPECT_EQ(w.control(QStringLiteral("picPage(1)")), &w.picPage[1]);
     w.pbProgress.setMax(20);
     w.pbProgress.setValue(20);
+    w.grdResults.setCols(4);
+    w.grdResults.setRows(3);
 
     const std::tuple<const char*, long, std::function<void()>> refused[] = {
         {"panel 3", 35600, [&] { w.sbStatus.setPanelText(3, QString()); }},
@@ -138,30 +140,12 @@ TEST(ControlEvents, IndexesOutsideTheControlAreFailuresWithTheirNumbers) {
         {"progress 21", 380, [&] { w.pbProgress.setValue(21); }},
         {"item data 3", 381, [&] { (void)w.lstTicks.ItemData(3); }},
         {"add at 9", 5, [&] { w.lstTicks.AddItem(QStringLiteral("x"), 9); }},
+        {"grid cell 12", 381, [&] { w.grdResults.setTextArray(12, QString()); }},   // the grid's addressing shows in the scenarios' cells
+        {"grid row 3", 30009, [&] { w.grdResults.setRow(3); }},
+        {"grid column 4", 30010, [&] { w.grdResults.setColWidth(4, 100); }},
     };
     for (const auto& [what, number, act] : refused) EXPECT_EQ(failureOf(act), number) << what;
     w.pbProgress.setMax(10);
     EXPECT_EQ(w.pbProgress.Value(), 10) << "a lower maximum pulls the value down";
 }
 
-TEST(ControlEvents, GridAddressesCellsRowByRowThroughTheFlatArray) {
-    Logged l;
-    TestWindow& w = l.w;
-    w.grdResults.setCols(4);
-    w.grdResults.setRows(3);
-    w.grdResults.setTextArray(4 * 2 + 3, QStringLiteral("last"));
-    w.grdResults.setTextMatrix(1, 0, QStringLiteral("first"));
-    EXPECT_EQ(w.grdResults.TextMatrix(2, 3), QStringLiteral("last"));
-    EXPECT_EQ(w.grdResults.TextArray(4), QStringLiteral("first"));
-    const std::pair<long, std::function<void()>> refused[] = {{381, [&] { w.grdResults.setTextArray(12, QString()); }},
-        {30009, [&] { w.grdResults.setRow(3); }}, {30010, [&] { w.grdResults.setColWidth(4, 100); }}};
-    for (const auto& [number, act] : refused) EXPECT_EQ(failureOf(act), number);
-
-    // Growing keeps every cell where it was, although the flat index of a cell changes.
-    w.grdResults.setRows(23);
-    w.grdResults.setCols(5);
-    EXPECT_EQ(w.grdResults.TextArray(5 * 2 + 3), QStringLiteral("last"));
-    w.grdResults.setRows(2);
-    EXPECT_EQ(w.grdResults.TextMatrix(1, 0), QStringLiteral("first"));
-    EXPECT_EQ(failureOf([&] { (void)w.grdResults.TextMatrix(2, 3); }), 30009);
-}

@@ -71,28 +71,6 @@ TEST(FormLife, AWindowUnloadedWhileLoadingOrAlreadyShownCannotBeShown) {
     EXPECT_EQ(again, 400);
 }
 
-TEST(FormLife, ActivateComesAgainWhenAWindowShownOverItCloses) {
-    auto host = hostWith(R"([{"form": "frmMain", "click": "cmdOK"},
-                             {"form": "frmChild", "click": "cmdOK"},
-                             {"form": "frmMain", "click": "chkOption"},
-                             {"msgbox": "OK"},
-                             {"form": "frmMain", "click": "cmdCancel"}])");
-    TestWindow main(*host, QStringLiteral("frmMain"));
-    TestWindow child(*host, QStringLiteral("frmChild"));
-    int activations = 0;
-    main.onActivate = [&] { ++activations; };
-    main.cmdOK.Click.connect([&] {
-        child.Show();
-        EXPECT_TRUE(child.isLoaded() && !child.Visible()) << "Hide ends the modal show but keeps the window loaded";
-        child.Unload();
-    });
-    child.cmdOK.Click.connect([&] { child.Hide(); });
-    main.chkOption.Click.connect([&] { host->MsgBox(QStringLiteral("Ticked.")); });
-    main.cmdCancel.Click.connect([&] { main.Unload(); });
-    main.Show();
-    EXPECT_EQ(activations, 2) << "once at the show, once when the child closed, never after the message box";
-}
-
 TEST(Focus, MovesRaiseLostFocusThenGotFocus) {
     auto host = hostWith(R"([{"focus": "txtOther"}, {"type": "txtName", "text": "Ada"}, {"click": "cmdOK"}])");
     TestWindow w(*host);
@@ -124,26 +102,6 @@ TEST(Focus, SetFocusOnAControlThatCannotTakeItIsFailure5) {
     w.txtOther.SetFocus();
     EXPECT_TRUE(w.txtOther.hasFocus());
     w.endModal();
-}
-
-// Focus asked for in Form_Load is a wish: it arrives after Activate if the control can take it
-// then, else the first tab stop has it.
-TEST(Focus, FocusAskedForBeforeTheShowArrivesAfterActivateIfItCanBeTaken) {
-    for (const bool disablePage : {false, true}) {
-        auto host = hostWith(R"([{"click": "cmdCancel"}])");
-        TestWindow w(*host);
-        QStringList log;
-        w.cmdCancel.Click.connect([&] { w.Unload(); });
-        w.onLoad = [&] {
-            w.txtInPage.SetFocus();
-            w.picPage[1].setEnabled(!disablePage);
-        };
-        w.onActivate = [&] { log << "Activate"; };
-        w.txtInPage.GotFocus.connect([&] { log << "txtInPage"; });
-        w.cmdOK.GotFocus.connect([&] { log << "cmdOK"; });
-        w.Show();
-        EXPECT_EQ(log, (QStringList{"Activate", disablePage ? "cmdOK" : "txtInPage"}));
-    }
 }
 
 TEST(Focus, TabIndexMovesAControlAndTheOthersShift) {
