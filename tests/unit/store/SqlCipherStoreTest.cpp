@@ -5,7 +5,6 @@
 #include "backends/sqlcipher/SqlCipherStore.h"
 #include "backends/sqlcipher/StoreData.h"
 #include <QFile>
-#include <QJsonArray>
 #include <QJsonDocument>
 
 namespace steplets::test {
@@ -27,10 +26,6 @@ protected:
         store = std::make_unique<sqlcipher::SqlCipherStore>();
         local = store->CreateConnection();
         local->Open(storeFiles::localConnectionString(dir.path()));
-    }
-    static QJsonArray rowsOf(const QJsonObject& dump, const char* db, const char* table)
-    {
-        return dump.value(QLatin1String(db)).toObject().value(QLatin1String(table)).toArray();
     }
 };
 
@@ -88,25 +83,6 @@ TEST_F(SqlCipherStoreTest, LoadKeepsGivenIdsAndRefusesWhatBreaksARule)
               QStringLiteral("Steplets cannot save a change to the database %1: a value breaks a rule of its table.")
                   .arg(dir.file(QStringLiteral("OVLocal.db"))));
     EXPECT_TRUE(twice.description().section(QLatin1Char('\n'), 1).contains(QStringLiteral("INSERT INTO \"tblTaskGroups\"")));
-}
-
-// The admin tool's seed-demo shows the contacts, the groups, the check and the refusal of a
-// second seeding.
-TEST_F(SqlCipherStoreTest, DemoTemplatesHaveEachDateTypeWithoutNulls)
-{
-    sqlcipher::seedDemo(dir.path(), {sqlcipher::DemoContactRow{QStringLiteral("c-1"), QStringLiteral("Person 1"), QStringLiteral("ACC-1")}});
-    const QJsonObject dump = sqlcipher::dumpStore(dir.path());
-    std::set<int> dateTypes;
-    for (const QJsonValue& t : rowsOf(dump, "local", "tblSteplets")) {
-        dateTypes.insert(t.toObject().value(QStringLiteral("DateType")).toInt());
-        // A Null would let the template before it fill in this template's task.
-        for (const QString& column : t.toObject().keys()) {
-            if (!column.startsWith(QLatin1String("Reserved"))) {
-                EXPECT_FALSE(t.toObject().value(column).isNull()) << qPrintable(column);
-            }
-        }
-    }
-    EXPECT_EQ(dateTypes, (std::set<int>{0, 1, 2}));
 }
 
 } // namespace
