@@ -61,11 +61,8 @@ TEST_F(AdminTool, InitSeedAndCheckInTheHomeDirectoryEachOnce)
     const Outcome init = run("init");
     ASSERT_EQ(init.exitCode, 0) << init.err.toStdString();
     EXPECT_EQ(run("check").exitCode, 0);
-    QJsonObject store = QJsonDocument::fromJson(run("dump").out.toUtf8()).object();
-    EXPECT_TRUE(store.value("local").toObject().value("tblSteplets").isArray());
-
     ASSERT_EQ(run("seed-demo").exitCode, 0);
-    store = QJsonDocument::fromJson(run("dump").out.toUtf8()).object();
+    const QJsonObject store = QJsonDocument::fromJson(run("dump").out.toUtf8()).object();
     const QJsonArray contacts = store.value("link").toObject().value("tblContacts").toArray();
     ASSERT_GE(contacts.size(), 12);
     for (const QJsonValue& c : contacts) {
@@ -111,7 +108,8 @@ TEST_F(AdminTool, ABrokenLocalDatabaseIsRefusedInOneLineNamingIt)
     }
 }
 
-// What an init stopped half-way (killed, or on a full disk) leaves, the next init finishes.
+// What an init stopped half-way leaves, the next init finishes (a kill at random moments is the
+// fault tests' KilledInit).
 TEST_F(AdminTool, InitFinishesWhatAnInterruptedOneLeft)
 {
     struct Case { const char* what; std::function<void(const QString&)> leave; int templates; };
@@ -123,14 +121,6 @@ TEST_F(AdminTool, InitFinishesWhatAnInterruptedOneLeft)
              ASSERT_EQ(admin(inDir("seed-demo", d)).exitCode, 0);
              ASSERT_TRUE(QFile::remove(d + "/OVLink.db"));
          }, 1},
-        {"the temporary file of a creation killed before its rename",
-         [](const QString& d) {
-             for (const char* name : {"/.OVLocal.db.999999-0.tmp", "/.OVLocal.db.999999-0.tmp-wal"}) {
-                 QFile f(d + QLatin1String(name));
-                 f.open(QIODevice::WriteOnly);
-                 f.write("half");
-             }
-         }, 0},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
