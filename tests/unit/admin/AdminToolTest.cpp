@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <functional>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>

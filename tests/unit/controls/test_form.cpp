@@ -104,19 +104,6 @@ TEST(Focus, SetFocusOnAControlThatCannotTakeItIsFailure5) {
     w.endModal();
 }
 
-TEST(Focus, TabIndexMovesAControlAndTheOthersShift) {
-    auto host = hostWith();
-    TestWindow w(*host);
-    ASSERT_EQ(w.cmdOK.TabIndex(), 0);
-    ASSERT_EQ(w.cmdCancel.TabIndex(), 1);
-    w.txtName.setTabIndex(0);
-    EXPECT_EQ(w.cmdOK.TabIndex(), 1);
-    EXPECT_EQ(w.cmdCancel.TabIndex(), 2);
-    w.txtName.setTabIndex(1000);
-    EXPECT_EQ(w.txtName.TabIndex(), static_cast<int>(w.tabOrder().size()) - 1) << "a high index goes to the end";
-    EXPECT_EQ(w.cmdOK.TabIndex(), 0);
-}
-
 TEST(UserActs, ClickingAHiddenOrDisabledControlCannotBeDone) {
     auto host = hostWith();
     TestWindow w(*host);

@@ -102,9 +102,6 @@ TEST_F(PlayTest, ASetUpThatCannotBeDoneNamesTheMember)
     EXPECT_EQ(badProperty.exit, CannotPlay);
     EXPECT_TRUE(badProperty.problem.startsWith("outlook.tasks[0].Subjekt: ")) << badProperty.problem.toStdString();
 
-    // A directory that already holds the databases is not played over.
-    const PlayResult again = play(scenarioOf(R"({"script": []})"), other.path());
-    EXPECT_EQ(again.exit, CannotPlay);
 }
 
 TEST_F(PlayTest, AKeptDirectoryKeepsTheItemsItHeld)

@@ -2,8 +2,6 @@
 #include "Scenario.h"
 #include "TempDir.h"
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include "QStringPrinting.h"
 #include <gtest/gtest.h>

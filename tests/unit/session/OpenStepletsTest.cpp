@@ -5,8 +5,6 @@
 #include "TempDir.h"
 #include "backends/qsettings/IniSettings.h"
 #include "component/clsSteplets.h"
-#include <QJsonArray>
-#include <QJsonObject>
 #include <gtest/gtest.h>
 #include <optional>
 

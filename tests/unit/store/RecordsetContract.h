@@ -61,8 +61,8 @@ protected:
     }
     void addContact(int id, const QString& name, const QString& account, bool active)
     {
-        addRow(*open(QStringLiteral("SELECT * FROM tblContacts"), link),
-               {{0, Value(id)}, {1, Value(QStringLiteral("c-%1").arg(id))}, {2, Value(name)}, {3, Value(account)}, {4, Value(active)}});
+        addRow(*open(QStringLiteral("SELECT * FROM tblContacts"), link), {{0, Value(id)}, {1, Value(QStringLiteral("c-%1").arg(id))},
+                                                                          {2, Value(name)}, {3, Value(account)}, {4, Value(active)}});
     }
 
     // The texts of one column over the recordset's rows, from the first; leaves it at EOF.
