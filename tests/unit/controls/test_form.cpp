@@ -71,23 +71,6 @@ TEST(FormLife, AWindowUnloadedWhileLoadingOrAlreadyShownCannotBeShown) {
     EXPECT_EQ(again, 400);
 }
 
-TEST(Focus, MovesRaiseLostFocusThenGotFocus) {
-    auto host = hostWith(R"([{"focus": "txtOther"}, {"type": "txtName", "text": "Ada"}, {"click": "cmdOK"}])");
-    TestWindow w(*host);
-    QStringList log;
-    for (TextBox* t : {&w.txtName, &w.txtOther}) {
-        t->GotFocus.connect([&log, t] { log << "Got " + t->name(); });
-        t->LostFocus.connect([&log, t] { log << "Lost " + t->name(); });
-    }
-    w.cmdOK.Click.connect([&] { w.Unload(); });
-    w.Show();
-    // cmdOK is first in the tab order and takes the focus at the show; typing leaves the box for
-    // the next control in the tab order.
-    EXPECT_EQ(log, (QStringList{"Got txtOther", "Lost txtOther", "Got txtName", "Lost txtName", "Got txtOther",
-                                "Lost txtOther"}));
-    EXPECT_EQ(w.txtName.Text(), QStringLiteral("Ada"));
-}
-
 TEST(Focus, SetFocusOnAControlThatCannotTakeItIsFailure5) {
     auto host = hostWith();
     TestWindow w(*host);
@@ -136,31 +119,4 @@ TEST(UserActs, TypingStopsAtTheLimitAndEnterPressesTheDefaultButton) {
     EXPECT_EQ(w.cmdOK.Caption(), QStringLiteral("pressed"));
     EXPECT_EQ(keys, (std::vector<std::pair<int, int>>{{65, 1}})) << "Enter went to the default button";
 }
-
-// Combo, date and tool steps are played on real windows by the scenarios.
-TEST(UserActs, TicksSelectionsTabsAndGridRowsActAsTheMouseWould) {
-    auto host = hostWith(R"([{"tick": "lstTicks", "item": "a", "checked": true},
-                             {"tick": "lstTicks", "item": "a", "checked": false},
-                             {"tick": "lstTicks", "item": "b", "checked": true},
-                             {"select": "lstMulti", "row": 1},
-                             {"select": "lstMulti", "row": 1, "selected": false},
-                             {"tab": "tabMain", "index": 2},
-                             {"dblclick": "grdResults", "row": 1},
-                             {"form": "frmTest", "close": true}])");
-    TestWindow w(*host);
-    w.lstTicks.setStyle(ListBox::Style::CheckBox);
-    for (auto* l : {&w.lstTicks, &w.lstMulti}) { l->AddItem("a"); l->AddItem("b"); }
-    QStringList log;
-    w.lstTicks.Click.connect([&] { log << QStringLiteral("lstTicks %1").arg(w.lstTicks.ListIndex()); });
-    w.lstMulti.Click.connect([&] { log << QStringLiteral("lstMulti %1").arg(w.lstMulti.SelCount()); });
-    w.tabMain.MouseDown.connect([&](int, int, double, double) { log << "tabMain down"; });
-    w.tabMain.Click.connect([&] { log << QStringLiteral("tabMain %1").arg(w.tabMain.SelectedTab()); });
-    w.grdResults.DblClick.connect([&] { log << QStringLiteral("grid %1").arg(w.grdResults.Row()); });
-    w.Show();
-    EXPECT_EQ(log, (QStringList{"lstTicks 0", "lstTicks 0", "lstTicks 1", "lstMulti 1", "lstMulti 0", "tabMain down", "tabMain 2", "grid 1"}));
-    EXPECT_TRUE(w.lstTicks.Selected(1));
-    EXPECT_FALSE(w.lstTicks.Selected(0)) << "the user's untick raised Click like the tick";
-    EXPECT_TRUE(w.lstTicks.DataChanged());
-}
-
 

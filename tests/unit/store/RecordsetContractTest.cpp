@@ -209,9 +209,7 @@ TEST_P(RecordsetContract, FiltersNarrowCountMovesAndCurrentRowUntilCleared)
     const std::vector<int> ids = addTemplates({"a", "b", "O'Brien", "d", "e"});
     auto rs = templates();
     rs->Move(3);
-    const QString byId = QStringLiteral("ID = %1").arg(ids[1]);
-    rs->Filter(byId);
-    EXPECT_EQ(rs->currentFilter(), byId);
+    rs->Filter(QStringLiteral("ID = %1").arg(ids[1]));
     EXPECT_EQ(rs->RecordCount(), 1);
     EXPECT_EQ(rs->Fields(36).value(), Value("b")) << "the current row is the first match";
     rs->MoveNext();
@@ -226,7 +224,6 @@ TEST_P(RecordsetContract, FiltersNarrowCountMovesAndCurrentRowUntilCleared)
     rs->Filter(0L);
     EXPECT_EQ(rs->RecordCount(), 5);
     EXPECT_EQ(rs->Fields(36).value(), Value("a"));
-    EXPECT_TRUE(rs->currentFilter().isEmpty());
 }
 
 // The selection marks: set through a filter by ID, read back by "Tag = -1"; a row unmarked
