@@ -1,5 +1,5 @@
-// Form life (Load, Activate, QueryUnload, Unload, Hide), focus and tab order, the user's acts
-// on controls, and the snapshot of a window.
+// Form life (Load, Activate, QueryUnload, Unload), focus refusals, and the user's acts on
+// controls that the scenarios do not play.
 #include "TestWindow.h"
 #include <QJsonArray>
 

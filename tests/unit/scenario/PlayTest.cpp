@@ -67,7 +67,6 @@ TEST_F(PlayTest, CreatedItemsFollowTheGivenOnesInTheOrderOfTheirFirstSave)
     writeTask("new-0002", "first saved");
     writeTask("foreign", "put there by another client");
     const QJsonArray tasks = outlookAfter(ws, ItemOrder{{"a-given", "gone"}, {}, {"new-0002", "new-0001"}}).value("tasks").toArray();
-    ASSERT_EQ(tasks.size(), 4);
     QStringList subjects;
     for (const QJsonValue& t : tasks) subjects << t.toObject().value("Subject").toString();
     EXPECT_EQ(subjects, (QStringList{"given", "first saved", "second saved", "put there by another client"}));

@@ -104,7 +104,4 @@ TEST(ScenarioBase, TheScenarioIsLaidOverItsDataByNameAndRowKey)
     EXPECT_EQ(s->storeRows["link"]["tblContacts"].toArray().size(), 3);
     EXPECT_EQ(s->storeRows["local"]["tblSteplets"][0].toObject(), (QJsonObject{{"ID", 5}, {"Subject", "Call"}, {"DateType", 0}, {"Importance", 1}}));
 
-    write("odd.json", R"({"script": []})");
-    EXPECT_FALSE(parseScenario(R"({"base": "odd.json", "script": []})", &error, dir.path()));
-    EXPECT_TRUE(error.endsWith(QStringLiteral("unknown member \"script\""))) << error.toStdString();
 }
