@@ -95,7 +95,8 @@ TEST(UserActs, ClickingAHiddenOrDisabledControlCannotBeDone) {
     Counter clicks;
     w.cmdOK.Click.connect(clicks.fn());
     const std::function<void()> refused[] = {
-        [&] { w.cmdOK.setEnabled(false); w.cmdOK.userClick(); }, [&] { w.cmdOK.setEnabled(true); w.cmdOK.setVisible(false); w.cmdOK.userClick(); },
+        [&] { w.cmdOK.setEnabled(false); w.cmdOK.userClick(); },
+        [&] { w.cmdOK.setEnabled(true); w.cmdOK.setVisible(false); w.cmdOK.userClick(); },
         [&] { w.txtName.setLocked(true); w.txtName.userType(QStringLiteral("x")); },
         [&] { w.abTools.tool(QStringLiteral("Tool3"))->setEnabled(false); w.abTools.userToolClick(QStringLiteral("Tool3")); }};
     for (const auto& act : refused) EXPECT_THROW(act(), UserActionRefused);
@@ -104,7 +105,7 @@ TEST(UserActs, ClickingAHiddenOrDisabledControlCannotBeDone) {
 }
 
 TEST(UserActs, TypingStopsAtTheLimitAndEnterPressesTheDefaultButton) {
-    auto host = hostWith(R"([{"type": "txtName", "text": "0123456789"},
+    auto host = hostWith(R"([{"focus": "txtOther"}, {"type": "txtName", "text": "0123456789"},
                              {"key": "txtName", "keyCode": 13},
                              {"key": "txtOther", "keyCode": 65, "shift": true}])");
     TestWindow w(*host);
