@@ -131,8 +131,8 @@ TEST_F(TaskItems, GetRecurrencePatternMakesTheTaskRecurringAndIsLive)
     EXPECT_EQ(pattern->get(QStringLiteral("Occurrences")), Value(0));
 
     const std::pair<const char*, Value> refused[] = {{"RecurrenceType", Value(4)}, {"DayOfWeekMask", Value(128)}, {"Interval", Value(0)}};
-    for (const auto& [name, v] : refused)
-        EXPECT_EQ(failure([&] { pattern->set(QString::fromLatin1(name), v); }).number(), vdir::fail::InvalidArgument) << name;
+    for (const auto& r : refused)   // clang before 16 captures no structured binding
+        EXPECT_EQ(failure([&] { pattern->set(QString::fromLatin1(r.first), r.second); }).number(), vdir::fail::InvalidArgument) << r.first;
     EXPECT_EQ(failure([&] { pattern->get(QStringLiteral("Frequency")); }).number(), vdir::fail::NoSuchProperty);
 }
 
