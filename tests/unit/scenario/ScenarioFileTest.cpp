@@ -103,5 +103,6 @@ TEST(ScenarioBase, TheScenarioIsLaidOverItsDataByNameAndRowKey)
     EXPECT_EQ(s->outlook.contacts[1], (QJsonObject{{"EntryID", "c-2"}, {"FirstName", "Ben"}, {"LastName", "Okafor"}}));
     EXPECT_EQ(s->storeRows["link"]["tblContacts"].toArray().size(), 3);
     EXPECT_EQ(s->storeRows["local"]["tblSteplets"][0].toObject(), (QJsonObject{{"ID", 5}, {"Subject", "Call"}, {"DateType", 0}, {"Importance", 1}}));
-
+    EXPECT_FALSE(parseScenario(R"({"base": "none.json", "script": []})", &error, dir.path()));
+    EXPECT_EQ(error, QStringLiteral("base: %1 cannot be read").arg(QDir::current().relativeFilePath(dir.file(QStringLiteral("none.json")))));
 }
