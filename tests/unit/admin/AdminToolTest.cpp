@@ -1,15 +1,12 @@
 // steplets-admin as a person runs it: init, check, seed-demo, dump, and its errors.
 #include "TempDir.h"
-#include "backends/sqlcipher/Database.h"
 #include "backends/sqlcipher/Schema.h"
-#include "backends/sqlcipher/SqlCipherConnection.h"
 #include "backends/sqlcipher/StoreData.h"
 #include "backends/vdir/TaskCalendar.h"
 #include "backends/vdir/VdirFiles.h"
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <functional>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -63,14 +60,8 @@ TEST_F(AdminTool, InitSeedAndCheckInTheHomeDirectoryEachOnce)
     const Outcome init = run("init");
     ASSERT_EQ(init.exitCode, 0) << init.err.toStdString();
     EXPECT_EQ(run("check").exitCode, 0);
-    QJsonObject store = QJsonDocument::fromJson(run("dump").out.toUtf8()).object();
-    for (const char* t : {"tblSteplets", "tblTaskGroups", "tblGroupAssignments"})
-        EXPECT_TRUE(store.value("local").toObject().value(QLatin1String(t)).isArray()) << t;
-    EXPECT_TRUE(store.value("link").toObject().value("tblContacts").toArray().isEmpty());
-
-    const Outcome seed = run("seed-demo");
-    ASSERT_EQ(seed.exitCode, 0) << seed.err.toStdString();
-    store = QJsonDocument::fromJson(run("dump").out.toUtf8()).object();
+    ASSERT_EQ(run("seed-demo").exitCode, 0);
+    const QJsonObject store = QJsonDocument::fromJson(run("dump").out.toUtf8()).object();
     const QJsonArray contacts = store.value("link").toObject().value("tblContacts").toArray();
     ASSERT_GE(contacts.size(), 12);
     for (const QJsonValue& c : contacts) {
@@ -116,40 +107,19 @@ TEST_F(AdminTool, ABrokenLocalDatabaseIsRefusedInOneLineNamingIt)
     }
 }
 
-TEST_F(AdminTool, WrongUsageIsExitCodeTwoAndHelpNamesTheCommands)
-{
-    EXPECT_EQ(admin({QStringLiteral("frobnicate")}).exitCode, 2);
-    EXPECT_EQ(admin({}).exitCode, 2);
-    EXPECT_EQ(admin({QStringLiteral("init"), QStringLiteral("--colour")}).exitCode, 2);
-    const Outcome help = admin({QStringLiteral("--help")});
-    EXPECT_EQ(help.exitCode, 0);
-    EXPECT_TRUE(help.out.contains(QStringLiteral("seed-demo")));
-}
-
-// What an init stopped half-way (killed, or on a full disk) leaves, the next init finishes.
+// What an init stopped half-way leaves, the next init finishes (a kill at random moments is the
+// fault tests' KilledInit).
 TEST_F(AdminTool, InitFinishesWhatAnInterruptedOneLeft)
 {
-    const QString password = sqlcipher::connectionPart(storeFiles::localConnectionString(QStringLiteral("/")),
-                                                       QStringLiteral("Jet OLEDB:Database Password"));
     struct Case { const char* what; std::function<void(const QString&)> leave; int templates; };
     const Case cases[] = {
         {"an empty OVLocal.db", [](const QString& d) { QFile f(d + "/OVLocal.db"); f.open(QIODevice::WriteOnly); }, 0},
-        {"an OVLocal.db without tables",
-         [&](const QString& d) { sqlcipher::Database::open(d + "/OVLocal.db", password, sqlcipher::OpenMode::Create); }, 0},
         {"a whole OVLocal.db and no OVLink.db",
          [&](const QString& d) {
              ASSERT_EQ(admin(inDir("init", d)).exitCode, 0);
              ASSERT_EQ(admin(inDir("seed-demo", d)).exitCode, 0);
              ASSERT_TRUE(QFile::remove(d + "/OVLink.db"));
          }, 1},
-        {"the temporary file of a creation killed before its rename",
-         [](const QString& d) {
-             for (const char* name : {"/.OVLocal.db.999999-0.tmp", "/.OVLocal.db.999999-0.tmp-wal"}) {
-                 QFile f(d + QLatin1String(name));
-                 f.open(QIODevice::WriteOnly);
-                 f.write("half");
-             }
-         }, 0},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);

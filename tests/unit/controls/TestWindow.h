@@ -29,7 +29,6 @@ public:
         Band& band = abTools.addBand(QStringLiteral("Band1"));
         band.addTool(QStringLiteral("Tool0"), 0).setToolTipText(QStringLiteral("Pick."));
         band.addTool(QStringLiteral("Tool3"), 3).setToolTipText(QStringLiteral("Clear."));
-        Timer1.setEnabled(false);
     }
 
     std::function<void()> onLoad, onActivate;
@@ -56,8 +55,6 @@ public:
     ProgressBar pbProgress{*this, QStringLiteral("pbProgress")};
     ToolBar abTools{*this, QStringLiteral("abTools")};
     Calendar calDate{*this, QStringLiteral("calDate")};
-    ContactCombo qrvContacts{*this, QStringLiteral("qrvContacts")};
-    Timer Timer1{*this, QStringLiteral("Timer1")};
 
 protected:
     void Form_Load() override { if (onLoad) onLoad(); }

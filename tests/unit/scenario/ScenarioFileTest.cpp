@@ -2,8 +2,6 @@
 #include "Scenario.h"
 #include "TempDir.h"
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include "QStringPrinting.h"
 #include <gtest/gtest.h>
@@ -29,31 +27,23 @@ TEST(ScenarioFileRefused, NamesTheMemberAndWhatIsWrong)
 {
     const std::pair<const char*, const char*> cases[] = {
         {R"({"script": [{"wait": 1}, {"wait": 2}, {"form": "frmSteplet", "clik": "cmdAdd"}]})", "script: step 3: unknown step kind \"clik\""},
-        {R"({"script": [{"form": "frmSteplet", "click": 3}]})", "script: step 1: member \"click\" must be a text"},
         {R"({"script": [{"wait": 1}, {"msgbox": "Maybe"}]})", "script: step 2: member \"msgbox\" must be one of \"OK\", \"Cancel\", \"Yes\", \"No\""},
-        {R"({"script": ["click"]})", "script: step 1: expected an object"},
-        {R"({"script": {"click": "a"}})", "script: expected a list"},
         {R"({"now": "2026-03-16T15:30:00"})", "script: is missing (a list of steps, possibly empty)"},
         {R"({"host": {"lTimeCardID": "12"}, "script": []})", "host.lTimeCardID: expected a whole number from -2147483648 to 2147483647"},
-        {R"({"host": {"sContactID": 1.5}, "script": []})", "host.sContactID: expected a whole number from -2147483648 to 2147483647"},
         {R"({"host": {"bManageContacts": 1}, "script": []})", "host.bManageContacts: expected true or false"},
         {R"({"host": {"sUserName": null}, "script": []})", "host.sUserName: expected a text"},
         {R"({"host": {"sUsername": "x"}, "script": []})", "host.sUsername: unknown argument of OpenSteplets"},
         {R"({"host": {"olNS": "x"}, "script": []})", "host.olNS: is given by the player, not by the scenario"},
         {"[]", "(file): expected a JSON object"},
-        {R"({"now": "2026-03-16 15:30", "script": []})", "now: expected a local time \"YYYY-MM-DDTHH:MM:SS\""},
         {R"({"now": "2026-02-30T10:00:00", "script": []})", "now: expected a local time \"YYYY-MM-DDTHH:MM:SS\""},
         {R"({"settings": {"Link User": 1.5}, "script": []})", "settings.Link User: expected a whole number or a text"},
-        {R"({"settings": {"Link User": true}, "script": []})", "settings.Link User: expected a whole number or a text"},
         {R"({"store": {"missing": ["remote"]}, "script": []})", "store.missing[0]: expected \"local\" or \"link\""},
-        {R"({"store": {"local": {"tblSteplets": [{"Tag": [1]}]}}, "script": []})", "store.local.tblSteplets[0].Tag: expected a text, a number, true, false or null"},
         {R"({"store": {"link": {"tblContacts": [{}]}, "missing": ["link"]}, "script": []})", "store.missing[0]: the database \"link\" is left out but has rows"},
         {R"({"outlook": {"contacts": [{"EntryID": "c-1"}, {"EntryID": "c-1"}]}, "script": []})", "outlook.contacts[1].EntryID: \"c-1\" is given twice"},
         {R"({"outlook": {"tasks": [{"EntryID": "../x"}]}, "script": []})", "outlook.tasks[0].EntryID: expected a name usable as a file name"},
         {R"({"outlook": {"contacts": [{"Links": []}]}, "script": []})", "outlook.contacts[0].Links: expected a text, a number, true, false or null"},
         {R"({"outlook": {"tasks": [{"UserProperties": [{"type": 1}]}]}, "script": []})", "outlook.tasks[0].UserProperties[0].name: expected a text"},
         {R"({"outlook": {"taskFolderGoneAfter": -1}, "script": []})", "outlook.taskFolderGoneAfter: expected a count, not negative"},
-        {R"({"outlook": {"taskFolderGoneAfter": "1"}, "script": []})", "outlook.taskFolderGoneAfter: expected a whole number from -2147483648 to 2147483647"},
         {R"({"script": [], "expect": {"events": {"$count": 1, "$item": []}}})", "expect.events: expected {\"$count\": N} or {\"$count\": N, \"$items\": [...]}"},
         {"{\"script\": [", "not valid JSON at character..."},
         {R"({"script": [], "expected": {}})", "expected: unknown member; expected one of now, host..."},
@@ -84,25 +74,6 @@ TEST(CommandLineExit, MalformedFileIsExitTwoWithOneLineNamingFileAndStep)
     EXPECT_FALSE(QFile::exists(dir.file("OVLocal.db")));
 }
 
-TEST(CommandLineExit, UsageProblemsAreExitTwo)
-{
-    QString out, err;
-    QTextStream o(&out), e(&err);
-    EXPECT_EQ(runCommand({}, o, e), 2);
-    EXPECT_EQ(runCommand({"a.json", "--frobnicate"}, o, e), 2);
-    EXPECT_EQ(runCommand({"a.json", "--out"}, o, e), 2);
-    EXPECT_EQ(runCommand({"/nonexistent/a.json"}, o, e), 2);
-    e.flush();
-    EXPECT_TRUE(err.contains("unknown option '--frobnicate'"));
-    EXPECT_TRUE(err.contains("--out needs a value"));
-    EXPECT_TRUE(err.contains("/nonexistent/a.json: cannot be read"));
-    EXPECT_EQ(runCommand({"--help"}, o, e), 0);
-    EXPECT_EQ(runCommand({"--version"}, o, e), 0);
-    o.flush();
-    EXPECT_TRUE(out.startsWith("Usage: steplets-scenario FILE.json"));
-    EXPECT_TRUE(out.contains("steplets-scenario 1."));
-}
-
 // A scenario laid over its shared data: host arguments and settings by name, rows by their key
 // and member by member, a data file's defaults under every row of its table, bases in order.
 TEST(ScenarioBase, TheScenarioIsLaidOverItsDataByNameAndRowKey)
@@ -129,17 +100,9 @@ TEST(ScenarioBase, TheScenarioIsLaidOverItsDataByNameAndRowKey)
     const QList<QPair<QString, QJsonValue>> settings{{QStringLiteral("Link User"), 0}, {QStringLiteral("Task Selection"), 0}};
     EXPECT_EQ(s->settings, settings);
     ASSERT_EQ(s->outlook.contacts.size(), 3);
-    EXPECT_EQ(s->outlook.contacts[1].value(QStringLiteral("FirstName")), QStringLiteral("Ben"));
-    EXPECT_EQ(s->outlook.contacts[1].value(QStringLiteral("LastName")), QStringLiteral("Okafor"));
-    const QJsonObject store = s->storeRows;
-    EXPECT_EQ(store[QStringLiteral("link")][QStringLiteral("tblContacts")].toArray().size(), 3);
-    const QJsonObject row = store[QStringLiteral("local")][QStringLiteral("tblSteplets")][0].toObject();
-    EXPECT_EQ(row, (QJsonObject{{QStringLiteral("ID"), 5}, {QStringLiteral("Subject"), QStringLiteral("Call")},
-                                {QStringLiteral("DateType"), 0}, {QStringLiteral("Importance"), 1}}));
-
+    EXPECT_EQ(s->outlook.contacts[1], (QJsonObject{{"EntryID", "c-2"}, {"FirstName", "Ben"}, {"LastName", "Okafor"}}));
+    EXPECT_EQ(s->storeRows["link"]["tblContacts"].toArray().size(), 3);
+    EXPECT_EQ(s->storeRows["local"]["tblSteplets"][0].toObject(), (QJsonObject{{"ID", 5}, {"Subject", "Call"}, {"DateType", 0}, {"Importance", 1}}));
     EXPECT_FALSE(parseScenario(R"({"base": "none.json", "script": []})", &error, dir.path()));
     EXPECT_EQ(error, QStringLiteral("base: %1 cannot be read").arg(QDir::current().relativeFilePath(dir.file(QStringLiteral("none.json")))));
-    write("odd.json", R"({"script": []})");
-    EXPECT_FALSE(parseScenario(R"({"base": "odd.json", "script": []})", &error, dir.path()));
-    EXPECT_TRUE(error.endsWith(QStringLiteral("unknown member \"script\""))) << error.toStdString();
 }

@@ -5,8 +5,6 @@
 #include "TempDir.h"
 #include "backends/qsettings/IniSettings.h"
 #include "component/clsSteplets.h"
-#include <QJsonArray>
-#include <QJsonObject>
 #include <gtest/gtest.h>
 #include <optional>
 
@@ -63,7 +61,6 @@ TEST_F(OpenStepletsTest, EachCallRunsANewChooserAndAppliesTheTimeCardRule)
         hostWith(card).callOn(c);
         EXPECT_EQ(chooserUnloaded(), 1) << card;
         EXPECT_EQ(bool(session().bNoTimeCard), card == 0) << card;
-        EXPECT_EQ(session().lTimeCardID, card) << card;
         EXPECT_EQ(session().iTaskSelection.value(), 1) << "the settings' default, read for the session";
     }
     EXPECT_EQ(session().ErrorTrail.mid(trailBefore.size()).count("X:modInitialize: GetRegSettings"), 3)

@@ -41,35 +41,28 @@ protected:
         auto rs = templates();
         std::vector<int> ids;
         for (const QString& s : subjects) {
-            rs->AddNew();
-            rs->Fields(QStringLiteral("Subject")).setValue(Value(s));
-            rs->Update();
+            addRow(*rs, {{36, Value(s)}});
             ids.push_back(rs->Fields(0).value().toLong());
         }
         return ids;
     }
 
+    // One new row through AddNew and Update, its values by column position.
+    static void addRow(Recordset& rs, const std::vector<std::pair<int, Value>>& values)
+    {
+        rs.AddNew();
+        for (const auto& [pos, v] : values) rs.Fields(pos).setValue(v);
+        rs.Update();
+    }
     void addAssignments(std::initializer_list<std::pair<int, int>> rows)
     {
         auto rs = open(QStringLiteral("SELECT * FROM tblGroupAssignments"), local);
-        for (const auto& [g, t] : rows) {
-            rs->AddNew();
-            rs->Fields(0).setValue(Value(g));
-            rs->Fields(1).setValue(Value(t));
-            rs->Update();
-        }
+        for (const auto& [g, t] : rows) addRow(*rs, {{0, Value(g)}, {1, Value(t)}});
     }
-
     void addContact(int id, const QString& name, const QString& account, bool active)
     {
-        auto rs = open(QStringLiteral("SELECT * FROM tblContacts"), link);
-        rs->AddNew();
-        rs->Fields(QStringLiteral("ContactID")).setValue(Value(id));
-        rs->Fields(QStringLiteral("ContactEntryID")).setValue(Value(QStringLiteral("c-%1").arg(id)));
-        rs->Fields(QStringLiteral("ContactName")).setValue(Value(name));
-        rs->Fields(QStringLiteral("ContactAccount")).setValue(Value(account));
-        rs->Fields(QStringLiteral("Active")).setValue(Value(active));
-        rs->Update();
+        addRow(*open(QStringLiteral("SELECT * FROM tblContacts"), link), {{0, Value(id)}, {1, Value(QStringLiteral("c-%1").arg(id))},
+                                                                          {2, Value(name)}, {3, Value(account)}, {4, Value(active)}});
     }
 
     // The texts of one column over the recordset's rows, from the first; leaves it at EOF.

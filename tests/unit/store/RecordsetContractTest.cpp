@@ -14,14 +14,10 @@ TEST_P(RecordsetContract, EmptyTableIsAtBothEndsAndWithoutARowEveryMoveAndFieldI
     auto rs = templates();
     EXPECT_TRUE(rs->BOF() && rs->EOF_());
     EXPECT_EQ(rs->RecordCount(), 0);
-    EXPECT_EQ(failureOf([&] { rs->MoveFirst(); }), 3021);
-    EXPECT_EQ(failureOf([&] { rs->MoveNext(); }), 3021);
-    EXPECT_EQ(failureOf([&] { rs->Update(); }), 3021);
-    EXPECT_EQ(failureOf([&] { rs->Delete(); }), 3021);
-    const Failure read = failure([&] { rs->Fields(36).value(); });
-    EXPECT_EQ(read.number(), 3021);
-    EXPECT_EQ(read.description(), kDelete3021);
-    EXPECT_EQ(failureOf([&] { rs->Fields(56).setValue(Value(0)); }), 3021);
+    const std::function<void()> acts[] = {[&] { rs->MoveFirst(); }, [&] { rs->MoveNext(); }, [&] { rs->Update(); },
+                                          [&] { rs->Delete(); }, [&] { rs->Fields(56).setValue(Value(0)); }};
+    for (const auto& act : acts) EXPECT_EQ(failureOf(act), 3021);
+    EXPECT_EQ(failure([&] { rs->Fields(36).value(); }).description(), kDelete3021);
 }
 
 TEST_P(RecordsetContract, MovesWalkTheRowsInKeyOrderAndStopAtBothEnds)
@@ -37,16 +33,11 @@ TEST_P(RecordsetContract, MovesWalkTheRowsInKeyOrderAndStopAtBothEnds)
     rs->Move(10);
     EXPECT_TRUE(rs->EOF_());
     EXPECT_EQ(failureOf([&] { rs->Move(1); }), 3021);
-    EXPECT_EQ(failureOf([&] { rs->Fields(36).value(); }), 3021);
     rs->MoveFirst();
     rs->Move(-1);
     EXPECT_TRUE(rs->BOF() && !rs->EOF_());
     rs->MoveNext();
     EXPECT_EQ(rs->Fields(36).value(), Value("a"));
-    rs->Move(10);
-    rs->MoveFirst();
-    rs->Move(3);
-    EXPECT_EQ(rs->Fields(36).value(), Value("d"));
 }
 
 TEST_P(RecordsetContract, ColumnsStandAtTheirPositionsAndUnknownOnesAre3265)
@@ -54,22 +45,11 @@ TEST_P(RecordsetContract, ColumnsStandAtTheirPositionsAndUnknownOnesAre3265)
     addTemplates({"bare"});
     auto rs = templates();
     ASSERT_EQ(rs->FieldCount(), 57);
-    const std::map<int, QString> names{{0, "ID"}, {1, "ActualWork"}, {3, "Body"}, {18, "PatternEndDate"}, {33, "Status"},
-                                       {34, "Reserved34"}, {36, "Subject"}, {39, "Reserved39"}, {40, "DueDateOffset"},
-                                       {45, "DateType"}, {49, "FillIn4"}, {54, "PromptForAssignee"},
-                                       {55, "AnchorDescription"}, {56, "Tag"}};
-    for (const auto& [pos, name] : names) EXPECT_EQ(rs->fieldName(pos), name) << pos;
-    auto groups = open(QStringLiteral("SELECT * FROM tblTaskGroups"), local);
-    EXPECT_EQ(groups->fieldName(1), QStringLiteral("GroupName"));
-    EXPECT_EQ(groups->fieldName(3), QStringLiteral("CommonUserResponse"));
-    EXPECT_EQ(open(QStringLiteral("SELECT * FROM tblContacts"), link)->fieldName(1), QStringLiteral("ContactEntryID"));
     EXPECT_EQ(rs->fieldIndex(QStringLiteral("subject")), 36) << "names are found whatever their case";
     EXPECT_EQ(failureOf([&] { rs->Fields(QStringLiteral("NoSuchColumn")); }), 3265);
     EXPECT_EQ(failureOf([&] { rs->Fields(57); }), 3265);
-    // Columns never written read as Null, but Tag starts at 0 and the key is a 32-bit number.
-    for (int pos : {1, 3, 6, 8, 34, 45, 54, 55}) EXPECT_TRUE(rs->Fields(pos).value().isNull()) << pos;
-    EXPECT_EQ(rs->Fields(QStringLiteral("Tag")).value(), Value(Int16(0)));
-    EXPECT_EQ(rs->Fields(0).value().type(), Value::Type::Int32);
+    // Columns never written read as Null (Tag starts at 0: see the filters).
+    for (int pos : {1, 3, 6, 34}) EXPECT_TRUE(rs->Fields(pos).value().isNull()) << pos;
 }
 
 TEST_P(RecordsetContract, KeysetTakesOtherRowsOnlyAtRequeryButShowsTheirChangesAndDeletionsAtOnce)
@@ -82,23 +62,23 @@ TEST_P(RecordsetContract, KeysetTakesOtherRowsOnlyAtRequeryButShowsTheirChangesA
     EXPECT_EQ(shared->Fields(36).value(), Value("A"));
     other->MoveNext();
     other->Delete();
-    other->AddNew();
-    other->Fields(36).setValue(Value("d"));
-    other->Update();
+    addRow(*other, {{36, Value("d")}});
     EXPECT_EQ(column(*shared), (QStringList{"A", "c"}));
     shared->Requery();
     EXPECT_EQ(column(*shared), (QStringList{"A", "c", "d"}));
 }
 
-TEST_P(RecordsetContract, QueriesSortActiveContactsAndASingleColumnReadOnlyRecordsetTakesNoWrites)
+TEST_P(RecordsetContract, QueriesSortAndFiltersPickActiveContactsAndASingleColumnReadOnlyRecordsetTakesNoWrites)
 {
     addContact(1, "Zoe Adams", "AAA", true);
     addContact(2, "adam Young", "ZZZ", true);
     addContact(3, "Inactive Ian", "MMM", false);
     addContact(4, "Bea Miles", "BBB", true);
-    const QString active = QStringLiteral("SELECT * FROM tblContacts WHERE Active=True ORDER BY ");
-    EXPECT_EQ(column(*open(active + "ContactName", link), "ContactName"), (QStringList{"adam Young", "Bea Miles", "Zoe Adams"}));
-    EXPECT_EQ(column(*open(active + "ContactAccount", link), "ContactName"), (QStringList{"Zoe Adams", "Bea Miles", "adam Young"}));
+    EXPECT_EQ(column(*open(QStringLiteral("SELECT * FROM tblContacts WHERE Active=True ORDER BY ContactName"), link), "ContactName"),
+              (QStringList{"adam Young", "Bea Miles", "Zoe Adams"}));
+    auto contacts = open(QStringLiteral("SELECT * FROM tblContacts"), link);
+    contacts->Filter(QStringLiteral("Active = True"));
+    EXPECT_EQ(column(*contacts, "ContactName"), (QStringList{"Zoe Adams", "adam Young", "Bea Miles"})) << "a filter on a truth value";
 
     auto rs = open(QStringLiteral("SELECT ContactEntryID FROM tblContacts WHERE ContactID = 4"), link, ado::adOpenStatic, ado::adLockReadOnly);
     EXPECT_EQ(rs->FieldCount(), 1);
@@ -116,11 +96,8 @@ TEST_P(RecordsetContract, ValuesAreConvertedToTheColumnsTypeOrRefused)
     const QString longText = QString(5000, QLatin1Char('x')) + QStringLiteral(" – ünïcode");
     const Write writes[] = {
         {6, Value(-1), Value(true)},                 // Complete from a number
-        {10, Value(0), Value(false)},                // IsRecurring
         {54, Value("True"), Value(true)},            // PromptForAssignee as the template save writes it
-        {37, Value(1), Value(true)},                 // TeamTask as the new task window writes it
         {41, Value(2.5), Value(2)},                  // whole numbers round halves to even
-        {42, Value(3.5), Value(4)},
         {40, Value(-1.5), Value(-2)},
         {9, Value("12"), Value(12)},
         {56, Value(Int16(-1)), Value(Int16(-1))},    // Tag
@@ -135,14 +112,9 @@ TEST_P(RecordsetContract, ValuesAreConvertedToTheColumnsTypeOrRefused)
     rs->Update();
     auto fresh = templates();
     for (const Write& w : writes) EXPECT_EQ(fresh->Fields(w.pos).value(), w.read) << "position " << w.pos;
-    EXPECT_EQ(fresh->Fields(6).value().toLong(), -1);
-    EXPECT_EQ(fresh->Fields(54).value().toText(), QStringLiteral("True"));
-    fresh->Fields(54).setValue(Value("False"));
-    fresh->Update();
-    EXPECT_EQ(fresh->Fields(54).value().toText(), QStringLiteral("False"));
 
     const std::tuple<int, Value, long> refused[] = {
-        {54, Value("maybe"), 13}, {40, Value(3.0e9), 6}, {40, Value("soon"), 13}, {56, Value(40000), 6}, {0, Value(9), 3001},
+        {54, Value("maybe"), 13}, {40, Value(3.0e9), 6}, {56, Value(40000), 6}, {0, Value(9), 3001},
     };
     for (const auto& r : refused) {
         const int pos = std::get<0>(r);
@@ -196,19 +168,13 @@ TEST_P(RecordsetContract, ARereadOrDeleteDropsAPendingEditAndANewRow)
 TEST_P(RecordsetContract, NewRowsAppearAtOnceWithKeysThatNeverRepeat)
 {
     auto rs = open(QStringLiteral("SELECT * FROM tblTaskGroups"), local);
-    for (const char* name : {"Group one", "Group two"}) {
-        rs->AddNew();
-        rs->Fields(1).setValue(Value(name));
-        rs->Update();
-    }
+    for (const char* name : {"Group one", "Group two"}) addRow(*rs, {{1, Value(name)}});
     EXPECT_EQ(rs->RecordCount(), 2);
     EXPECT_EQ(rs->Fields(QStringLiteral("ID")).value(), Value(2));
     EXPECT_EQ(rs->Fields(2).value(), Value(false)) << "group options start out False";
     EXPECT_TRUE(rs->Fields(QStringLiteral("Prompt")).value().isNull());
     rs->Delete();
-    rs->AddNew();
-    rs->Fields(1).setValue(Value("Group three"));
-    rs->Update();
+    addRow(*rs, {{1, Value("Group three")}});
     EXPECT_EQ(rs->Fields(0).value(), Value(3)) << "one more than the highest ever given";
     EXPECT_EQ(column(*rs, "GroupName"), (QStringList{"Group one", "Group three"}));
 }
@@ -226,9 +192,7 @@ TEST_P(RecordsetContract, BothDeleteLoopsEmptyAFilteredSet)
     EXPECT_FALSE(rs->EOF_());
     rs->Delete();
     rs->Delete();
-    EXPECT_EQ(rs->RecordCount(), 0);
     EXPECT_TRUE(rs->BOF() && rs->EOF_());
-    EXPECT_EQ(failureOf([&] { rs->Delete(); }), 3021);
 
     rs->Filter(0L);
     ASSERT_EQ(rs->RecordCount(), 2);
@@ -238,11 +202,6 @@ TEST_P(RecordsetContract, BothDeleteLoopsEmptyAFilteredSet)
     }
     EXPECT_TRUE(rs->EOF_());
     EXPECT_EQ(rs->RecordCount(), 0);
-    // Then the group's rows are written anew, as a click in the group's list does.
-    addAssignments({{4, 11}});
-    rs->Requery();
-    rs->Filter(QStringLiteral("GroupID = 4"));
-    EXPECT_EQ(rs->RecordCount(), 1);
 }
 
 TEST_P(RecordsetContract, FiltersNarrowCountMovesAndCurrentRowUntilCleared)
@@ -250,26 +209,21 @@ TEST_P(RecordsetContract, FiltersNarrowCountMovesAndCurrentRowUntilCleared)
     const std::vector<int> ids = addTemplates({"a", "b", "O'Brien", "d", "e"});
     auto rs = templates();
     rs->Move(3);
-    const QString byId = QStringLiteral("ID = %1").arg(ids[1]);
-    rs->Filter(byId);
-    EXPECT_EQ(rs->currentFilter(), byId);
+    rs->Filter(QStringLiteral("ID = %1").arg(ids[1]));
     EXPECT_EQ(rs->RecordCount(), 1);
     EXPECT_EQ(rs->Fields(36).value(), Value("b")) << "the current row is the first match";
     rs->MoveNext();
     EXPECT_TRUE(rs->EOF_());
-    const std::pair<const char*, long> counts[] = {
-        {"ID = 999", 0}, {"Subject = 'O''Brien'", 1}, {"Subject = 'B'", 0}, {"Subject = 'b'", 1}, {"Tag = 0", 5}};
+    const std::pair<const char*, long> counts[] = {{"Subject = 'O''Brien'", 1}, {"Subject = 'B'", 0}, {"Tag = 0", 5}, {"ID = 999", 0}};
     for (const auto& [criteria, n] : counts) {
         rs->Filter(QString::fromUtf8(criteria));
         EXPECT_EQ(rs->RecordCount(), n) << criteria;
     }
-    rs->Filter(QStringLiteral("ID = 999"));
     EXPECT_TRUE(rs->BOF() && rs->EOF_());
     EXPECT_EQ(failureOf([&] { rs->MoveFirst(); }), 3021);
     rs->Filter(0L);
     EXPECT_EQ(rs->RecordCount(), 5);
     EXPECT_EQ(rs->Fields(36).value(), Value("a"));
-    EXPECT_TRUE(rs->currentFilter().isEmpty());
 }
 
 // The selection marks: set through a filter by ID, read back by "Tag = -1"; a row unmarked
@@ -292,43 +246,9 @@ TEST_P(RecordsetContract, SelectionMarksThroughFilters)
     EXPECT_EQ(column(*rs), (QStringList{"a", "c"})) << "the unmarked row stays visible";
 
     auto other = templates();
-    other->AddNew();
-    other->Fields(36).setValue(Value("f"));
-    other->Fields(QStringLiteral("Tag")).setValue(Value(Int16(-1)));
-    other->Update();
+    addRow(*other, {{36, Value("f")}, {56, Value(Int16(-1))}});
     rs->Requery();
     EXPECT_EQ(column(*rs), (QStringList{"c", "f"}));
-
-    // As at the start of a session: one Update per row, counted by RecordCount.
-    rs->Filter(0L);
-    for (long i = 0, n = rs->RecordCount(); i < n; ++i, rs->MoveNext()) {
-        rs->Fields(QStringLiteral("Tag")).setValue(Value(Int16(0)));
-        rs->Update();
-    }
-    rs->Filter(QStringLiteral("Tag = -1"));
-    EXPECT_EQ(rs->RecordCount(), 0);
-}
-
-TEST_P(RecordsetContract, BooleanAndTextCriteriaOnTheLinkTables)
-{
-    addContact(1, "One", {}, true);
-    addContact(2, "Two", {}, false);
-    auto contacts = open(QStringLiteral("SELECT * FROM tblContacts"), link);
-    contacts->Filter(QStringLiteral("Active = True"));
-    EXPECT_EQ(column(*contacts, "ContactName"), QStringList{"One"});
-    contacts->Filter(QStringLiteral("ContactID = 2"));
-    EXPECT_EQ(contacts->Fields(1).value(), Value("c-2"));
-
-    auto tasks = open(QStringLiteral("SELECT * FROM tblTasks"), link);
-    tasks->AddNew();
-    tasks->Fields(0).setValue(Value("t-1"));
-    tasks->Fields(1).setValue(Value(77));
-    tasks->Update();
-    tasks->Filter(QStringLiteral("EntryID = 't-1'"));
-    ASSERT_EQ(tasks->RecordCount(), 1);
-    tasks->Delete();
-    tasks->Filter(0L);
-    EXPECT_EQ(tasks->RecordCount(), 0);
 }
 
 TEST_P(RecordsetContract, RefusedFiltersAndQueriesAreFailuresNamingWhatWasRefused)
@@ -345,7 +265,6 @@ TEST_P(RecordsetContract, RefusedFiltersAndQueriesAreFailuresNamingWhatWasRefuse
         {"SELECT * FROM tblNowhere", -2147217865, "'tblNowhere'"},
         {"SELECT Nobody FROM tblContacts", -2147217904, ""},
         {"DELETE FROM tblTasks", -2147217900, "DELETE FROM tblTasks"},
-        {"SELECT * FROM tblTasks, tblContacts", -2147217900, "tblTasks, tblContacts"},
         {"SELECT * FROM tblTasks WHERE EntryID ==== 'x'", -2147217900, "===="},
         {"SELECT * FROM tblContacts ORDER BY 1 + 2", -2147217900, "1 + 2"},
     };
@@ -372,7 +291,6 @@ TEST_P(RecordsetContract, ConnectionsFailNamingTheMissingFileAndRefuseUseWhenClo
     auto rs = open(QStringLiteral("SELECT * FROM tblTasks"), link);
     EXPECT_EQ(failureOf([&] { link->Open(storeFiles::linkConnectionString(dir.path())); }), 3705);
     link->Close();
-    EXPECT_EQ(link->State(), ado::adStateClosed);
     EXPECT_EQ(failureOf([&] { rs->RecordCount(); }), 3704);
     EXPECT_EQ(failureOf([&] { open(QStringLiteral("SELECT * FROM tblTasks"), link); }), 3704);
     EXPECT_EQ(failureOf([&] { link->Close(); }), 3704);
@@ -396,11 +314,6 @@ TEST_P(RecordsetContract, CommandsInsertRowsThatLaterRecordsetsFind)
     ASSERT_EQ(undo->RecordCount(), 1);
     EXPECT_EQ(undo->Fields(QStringLiteral("TimeCardID")).value(), Value(17));
 
-    for (const char* active : {"True", "False"})
-        execute(QStringLiteral("INSERT INTO tblContacts (ContactID, ContactEntryID, ContactName, Active) VALUES (%1, 'c', '%1', %2)")
-                    .arg(active[0] == 'T' ? 5 : 6).arg(QLatin1String(active)));
-    EXPECT_EQ(column(*open(QStringLiteral("SELECT * FROM tblContacts WHERE Active=True"), link), "ContactName"), QStringList{"5"});
-
     const Failure bad = failure([&] { execute(QStringLiteral("INSERT INTO tblTasks (EntryID) VALUE ('x')")); });
     EXPECT_EQ(bad.number(), -2147217900);
     EXPECT_TRUE(bad.description().contains(QStringLiteral("VALUE ('x')")));
@@ -415,7 +328,6 @@ TEST_P(RecordsetContract, TheCatalogWritesTheLinkProviderStringOfTheAdminTableAs
     const QString key = QStringLiteral("Jet OLEDB:Link Provider String");
     const QString provider = QStringLiteral(";DATABASE=\\\\server\\share\\Admin.mdb;PWD=x");
     cat->Tables(QStringLiteral("tblAdminOptions"))->Properties(key)->setValue(Value(provider));
-    EXPECT_EQ(cat->Tables(QStringLiteral("tblAdminOptions"))->Properties(key)->value(), Value(provider));
     auto cn = store->CreateConnection();
     cn->Open(storeFiles::linkConnectionString(dir.path()));
     EXPECT_EQ(open(QStringLiteral("SELECT * FROM sysLinkedTables WHERE TableName = 'tblAdminOptions'"), cn)

@@ -1,7 +1,7 @@
 // Every .ics and .vcf under golden/ is read through a real vdir and its mapped fields compared
 // with the NAME.expected beside it, one "Name=value" a line, or the failure the reader gives.
 // Each item read is also saved and read again, and must read the same: the writer keeps what
-// the reader maps. STEPLETS_GOLDEN_UPDATE=1 rewrites the expected files, so a mapping change
+// the reader maps, and the X- lines of other clients stay as they were. STEPLETS_GOLDEN_UPDATE=1 rewrites the expected files, so a mapping change
 // shows as a diff.
 #include "VdirFixture.h"
 #include "backends/vdir/ContactCard.h"
@@ -61,7 +61,8 @@ protected:
     {
         const bool isTask = input.endsWith(QLatin1String(".ics"));
         const QString id = QFileInfo(input).completeBaseName();
-        QFile::copy(input, tmp.file((isTask ? QStringLiteral("tasks/") : QStringLiteral("contacts/")) + QFileInfo(input).fileName()));
+        const QString copy = tmp.file((isTask ? QStringLiteral("tasks/") : QStringLiteral("contacts/")) + QFileInfo(input).fileName());
+        QFile::copy(input, copy);
         try {
             const QString rendered = renderItem(id, isTask);
             // What was read is written back by a save and reads the same.
@@ -69,6 +70,12 @@ protected:
             const QString touched = isTask ? QStringLiteral("Subject") : QStringLiteral("NickName");
             item->set(touched, item->get(touched));
             item->Save();
+            const QByteArray saved = fileText(copy);
+            for (const QByteArray& line : fileText(input).split('\n')) {
+                if (line.startsWith("X-") && !line.startsWith("X-STEPLETS-")) {
+                    EXPECT_TRUE(saved.contains(line)) << "another client's line is kept: " << line.constData();
+                }
+            }
             open();
             EXPECT_EQ(renderItem(id, isTask).toStdString(), rendered.toStdString()) << "after a save";
             return rendered;

@@ -1,6 +1,5 @@
 #pragma once
-// A real vdir in a temporary directory with a task and a contact collection, and a scripted
-// user for Display.
+// A real vdir in a temporary directory with a task and a contact collection.
 #include "Failures.h"
 #include "TempDir.h"
 #include "backends/vdir/VdirFiles.h"
@@ -8,32 +7,15 @@
 #include "platform/OutlookGateway.h"
 #include <QDir>
 #include <QFile>
-#include <functional>
 #include <gtest/gtest.h>
 
 namespace steplets::test {
 
-// Stands for the person at the screen: does to the item what the test scripted.
-class ScriptedDisplay : public ol::ItemDisplay {
+// No one at the screen: the modal display of items is played by the scenarios' item steps.
+class NoDisplay : public ol::ItemDisplay {
 public:
-    std::function<void(ol::TaskItem&)> onTask;
-    std::function<void(ol::ContactItem&)> onContact;
-    int shown = 0;
-    bool lastModal = false;
-    void displayTask(ol::TaskItem& item, bool modal) override
-    {
-        ++shown;
-        lastModal = modal;
-        if (onTask)
-            onTask(item);
-    }
-    void displayContact(ol::ContactItem& item, bool modal) override
-    {
-        ++shown;
-        lastModal = modal;
-        if (onContact)
-            onContact(item);
-    }
+    void displayTask(ol::TaskItem&, bool) override {}
+    void displayContact(ol::ContactItem&, bool) override {}
 };
 
 class VdirFixture : public ::testing::Test {
@@ -77,7 +59,7 @@ protected:
     }
 
     TempDir tmp;
-    std::shared_ptr<ScriptedDisplay> display = std::make_shared<ScriptedDisplay>();
+    std::shared_ptr<NoDisplay> display = std::make_shared<NoDisplay>();
     std::shared_ptr<ol::Application> app;
     std::shared_ptr<ol::NameSpace> ns;
 };
