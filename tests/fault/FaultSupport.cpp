@@ -34,7 +34,7 @@ bool mountReadOnly(const QString& path)
            && ::mount(nullptr, p.constData(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr) == 0;
 }
 
-void fillDisk(const QString& dir)
+void fillDisk(const QString& dir, qint64 leave)
 {
     QFile filler(QDir(dir).filePath(QStringLiteral("filler")));
     if (!filler.open(QIODevice::WriteOnly | QIODevice::Append)) return;
@@ -42,7 +42,7 @@ void fillDisk(const QString& dir)
     for (;;) {
         struct statvfs fs;
         if (::statvfs(QFile::encodeName(dir).constData(), &fs) != 0) return;
-        const qint64 free = static_cast<qint64>(fs.f_bavail) * static_cast<qint64>(fs.f_frsize);
+        const qint64 free = static_cast<qint64>(fs.f_bavail) * static_cast<qint64>(fs.f_frsize) - leave;
         if (free <= 0) return;
         const qint64 chunk = std::min<qint64>(block.size(), std::max<qint64>(free, 4096));
         if (filler.write(block.constData(), chunk) != chunk || !filler.flush()) return;

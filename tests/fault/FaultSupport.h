@@ -13,8 +13,8 @@ namespace steplets::test {
 bool enterPrivateMounts();
 bool mountTmpfs(const QString& at, qint64 bytes);
 bool mountReadOnly(const QString& path);              // a bind mount of path onto itself
-// Writes a file into `dir` until its file system is full.
-void fillDisk(const QString& dir);
+// Writes a file into `dir` until its file system has no more than `leave` bytes free.
+void fillDisk(const QString& dir, qint64 leave = 0);
 
 // A session that processes a group of `templates` relative templates for time card 42 and
 // closes the chooser.

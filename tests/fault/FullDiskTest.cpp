@@ -2,9 +2,17 @@
 // process's own: one report that says what happened, and nothing half-written counted as saved.
 #include "FaultSupport.h"
 #include "Player.h"
+#include "RecordingSink.h"
 #include "TempDir.h"
+#include "backends/sqlcipher/Schema.h"
+#include "backends/sqlcipher/SqlCipherStore.h"
 #include "backends/sqlcipher/StoreData.h"
 #include "backends/vdir/VdirFiles.h"
+#include "backends/vdir/VdirStore.h"
+#include "platform/SafeTaskItem.h"
+#include "session/SessionContext.h"
+#include "templates/EditedTemplate.h"
+#include "templates/TemplateRow.h"
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -76,5 +84,43 @@ TEST_P(DiskFault, IsReportedOnceAndWhatWasSavedBeforeIsWhole)
 }
 
 INSTANTIATE_TEST_SUITE_P(FullDiskDuringARunAndReadOnlyDatabases, DiskFault, ::testing::Values(0, 1));
+
+// Notes too long for the room left on the disk: the save is reported once, no row is written,
+// and the task stays for another try.
+TEST_F(OnASmallDisk, AFullDiskWhileATemplateIsSavedIsReportedOnceAndLeavesNoRow)
+{
+    RecordingSink sink;
+    SessionContext& s = session();
+    sqlcipher::createDatabases(play());
+    s.ports.store = std::make_shared<sqlcipher::SqlCipherStore>();
+    vdir::VdirConfig config;
+    config.root = play() + QStringLiteral("/vdir");
+    QDir().mkpath(config.root + QStringLiteral("/tasks"));
+    s.olApp = vdir::openVdirStore(config, nullptr);
+    s.olNS = s.olApp->GetNamespace(QStringLiteral("MAPI"));
+    s.cnLocal = s.store().CreateConnection();
+    s.cnLocal->Open(storeFiles::localConnectionString(play()));
+    s.rsTemplates = s.store().CreateRecordset();
+    s.rsTemplates->Open(QStringLiteral("SELECT * FROM tblSteplets"), s.cnLocal);
+    auto task = s.olNS->GetFolderFromID(QStringLiteral("tasks"), QStringLiteral("store"))->Items().Add();
+    task->set(QStringLiteral("Subject"), Value(QStringLiteral("Annual review")));
+    SafeTaskItem safe;
+    safe.setItem(task);
+    safe.setBody(QString(1 << 20, 'n'));
+    task->Save();
+    modTasks::EditedTemplate().TemplateItem = task;
+    modTasks::EditedTemplate().ReferenceDate = Date::fromParts(2026, 3, 16, 15, 30);
+    fillDisk(play(), 256 << 10);
+    Bool16 edit(false);
+    modTasks::SaveTemplateToDB(edit, [] { return Date::fromParts(2026, 3, 16, 15, 30); });
+
+    ASSERT_EQ(sink.failures.size(), 1u);
+    EXPECT_TRUE(sink.failures[0].description.contains(QStringLiteral("OVLocal.db: the disk is full."))) << sink.failures[0].description.toStdString();
+    EXPECT_EQ(s.rsTemplates->RecordCount(), 0);
+    EXPECT_TRUE(QFile::exists(config.root + QStringLiteral("/tasks/") + task->EntryID() + QStringLiteral(".ics")));
+    modTasks::ReSetModuleVariables();
+    session() = SessionContext();
+    EXPECT_EQ(table("local", "tblSteplets").size(), 0);
+}
 
 } // namespace

@@ -1,5 +1,5 @@
-// A run killed at seeded random moments: what it leaves must read, hold no temporary file after
-// the next open, and check clean, or name exactly the task that was being written.
+// Programs killed at seeded random moments: what they leave must read, hold no temporary file
+// after the next open, and check clean, or name exactly the task that was being written.
 #include "FaultSupport.h"
 #include "TempDir.h"
 #include "backends/sqlcipher/StoreData.h"
@@ -74,5 +74,31 @@ TEST_P(KilledRun, LeavesReadableTasksNoTemporaryAfterTheNextOpenAndACheckNamingA
 }
 
 INSTANTIATE_TEST_SUITE_P(SeededMoments, KilledRun, ::testing::Range(1, 21));
+
+// A killed `init` is finished by the next one (or both databases were already made whole), and a
+// killed first start of the desktop program is seeded whole by the next start.
+class KilledCreation : public ::testing::TestWithParam<int> {};
+
+TEST_P(KilledCreation, IsMadeWholeByTheNextStart)
+{
+    std::mt19937 random(static_cast<unsigned>(GetParam()));
+    TempDir dir;
+    const bool admin = GetParam() <= 5;
+    const QString program = admin ? QStringLiteral(STEPLETS_ADMIN_PATH) : QStringLiteral(STEPLETS_DESKTOP_PROGRAM);
+    const QStringList args = admin ? QStringList{"init", "--dir", dir.path()}
+                                   : QStringList{"--home", dir.path(), "--play", QStringLiteral(STEPLETS_DESKTOP_CLOSE)};
+    QProcess first, again;
+    start(first, program, args, dir.path());
+    killWhen(first, [] { return true; }, random, admin ? 40000 : 400000);
+    start(again, program, args, dir.path());
+    ASSERT_TRUE(again.waitForFinished(60000));
+    const bool madeByTheFirst = admin && again.exitCode() == 1 && again.readAllStandardError().contains("already exists");
+    EXPECT_TRUE(again.exitCode() == 0 || madeByTheFirst) << again.readAll().toStdString();
+    EXPECT_EQ(checkProblems(dir.path()), QStringList());
+    if (admin) { EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), (QStringList{"OVLink.db", "OVLocal.db"})); }
+    else { EXPECT_FALSE(sqlcipher::dumpStore(dir.path()).value("local").toObject().value("tblSteplets").toArray().isEmpty()) << "the demo"; }
+}
+
+INSTANTIATE_TEST_SUITE_P(SeededMoments, KilledCreation, ::testing::Range(1, 11));
 
 } // namespace

@@ -224,6 +224,35 @@ TEST_F(ItemWindowsTest, RecurrenceChangedOrTurnedOffInTheWindowChangesTheFile)
 
 // --- Closing, sending ---
 
+// Discarding is played by the scenario files on the Qt host; Cancel and Yes are the window's own.
+TEST_F(ItemWindowsTest, ClosingAsksOnlyAboutAChangeAndCancelStaysYesSaves)
+{
+    auto task = newTask(QStringLiteral("Before"));
+    TaskWindow w(*task);
+    int asked = 0;
+    auto closeAnswering = [&](QMessageBox::StandardButton answer) {
+        test::Driver driver;
+        driver.then("the box", [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }, [&, answer] {
+            ++asked;
+            static_cast<QMessageBox*>(QApplication::activeModalWidget())->button(answer)->click();
+        });
+        driver.start();
+        w.close();
+        QTest::qWait(50);
+    };
+    showAndWait(w);
+    closeAnswering(QMessageBox::Yes);
+    EXPECT_EQ(std::pair(asked, w.isVisible()), std::pair(0, false)) << "nothing changed, nothing asked";
+    showAndWait(w);
+    typeInto(child(w, QStringLiteral("Subject")), QStringLiteral("After"));
+    closeAnswering(QMessageBox::Cancel);
+    EXPECT_EQ(std::pair(asked, w.isVisible()), std::pair(1, true));
+    EXPECT_EQ(fromFile(task)->Subject(), QStringLiteral("Before"));
+    closeAnswering(QMessageBox::Yes);
+    EXPECT_EQ(std::pair(asked, w.isVisible()), std::pair(2, false));
+    EXPECT_EQ(fromFile(task)->Subject(), QStringLiteral("After"));
+}
+
 TEST_F(ItemWindowsTest, OnlyAnAssignedTaskHasAToLineAndSendWhichNeedsIt)
 {
     auto plain = newTask(QStringLiteral("Mine"), false);

@@ -376,6 +376,20 @@ TEST_P(UiHostContract, TimersFireWhileAMessageBoxWaitsForItsStep)
     EXPECT_EQ(played->at("show"), QStringLiteral("2026-03-16T15:30:00.500"));
 }
 
+// The screen's pointer reads back as set; on the Qt host it is the override cursor, gone at Default.
+TEST_P(UiHostContract, TheScreenPointerReadsBackAsSetAndDefaultLeavesNoOverride)
+{
+    UiHost& ui = host();
+    for (auto [pointer, shape] : {std::pair(Control::Hourglass, Qt::WaitCursor), std::pair(Control::Custom, Qt::PointingHandCursor)}) {
+        ui.setScreenMousePointer(pointer);
+        EXPECT_EQ(ui.screenMousePointer(), pointer);
+        if (GetParam() == Kind::Qt) { EXPECT_EQ(QGuiApplication::overrideCursor() ? QGuiApplication::overrideCursor()->shape() : Qt::ArrowCursor, shape); }
+    }
+    ui.setScreenMousePointer(Control::Default);
+    EXPECT_EQ(ui.screenMousePointer(), Control::Default);
+    if (GetParam() == Kind::Qt) { EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr); }
+}
+
 INSTANTIATE_TEST_SUITE_P(Hosts, UiHostContract, ::testing::Values(Kind::Scripted, Kind::Qt),
                          [](const auto& info) { return info.param == Kind::Qt ? "Qt" : "Scripted"; });
 

@@ -151,6 +151,7 @@ TEST_F(Processed, ModeTwoRunsEveryTemplateOncePerContactWithItsPromptsFirst)
     std::string steps = "[";
     for (const char* day : {"01", "02", "03"})
         for (int k = 0; k < 2; ++k) {
+            steps += R"({"form": "frmPrompt", "snapshot": true}, )";
             if (day == std::string("02") && k == 0) {
                 steps += kCancel;
                 continue;
@@ -171,11 +172,17 @@ TEST_F(Processed, ModeTwoRunsEveryTemplateOncePerContactWithItsPromptsFirst)
     EXPECT_EQ(date(5, "DueDate"), at(2026, 5, 4)) << "the third pass takes its own anchor";
     EXPECT_EQ(s.sContactEID, "c-grace") << "the contact of the session is put back";
 
-    // Each pass shows its prompts before its tasks.
-    QStringList prompts;
-    for (const auto& e : host->events())
+    // Only the first dialog of each pass names its contact; each pass shows its prompts before its tasks.
+    QStringList prompts, headers;
+    for (const auto& e : host->events()) {
         if (e.toObject().value("show").toString() == "frmPrompt") prompts << e.toObject().value("at").toString();
+        const QJsonObject snap = e.toObject().value("snapshot").toObject();
+        if (snap.value("form").toString() == "frmPrompt") headers << QJsonDocument(snap.value("controls").toObject()).toJson();
+    }
     ASSERT_EQ(prompts.size(), 6);
+    ASSERT_EQ(headers.size(), 6);
+    for (int k = 0; k < 6; k += 2)
+        EXPECT_EQ(std::pair(headers[k].contains(fileAs(order[k])), headers[k + 1].contains(fileAs(order[k]))), std::pair(true, false)) << k;
     EXPECT_EQ(prompts[0], prompts[1]) << "no task of a pass is made between its prompts";
     EXPECT_NE(prompts[1], prompts[2]) << "the second contact's prompts come after the first one's tasks";
 }
