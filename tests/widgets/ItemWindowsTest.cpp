@@ -1,13 +1,16 @@
 // The task and contact windows on a real vdir, driven by key and mouse events on the offscreen
 // platform; what the user did is read back from the files through a fresh store. The fields the
 // scenario files fill in on the Qt host (subject, dates, reminder, notes, categories) are theirs.
+#include "ContactWindow.h"
 #include "SafeTaskItem.h"
 #include "TaskWindow.h"
 #include "TempDir.h"
 #include "WidgetSupport.h"
+#include "backends/vdir/DemoContacts.h"
 #include "backends/vdir/VdirStore.h"
 #include <QCheckBox>
 #include <QDateEdit>
+#include <QPlainTextEdit>
 #include <QSpinBox>
 #include <QTabWidget>
 
@@ -283,6 +286,23 @@ TEST_F(ItemWindowsTest, OnlyAnAssignedTaskHasAToLineAndSendWhichNeedsIt)
     EXPECT_EQ(back->get(QStringLiteral("To")).toText(), QStringLiteral("Pat Lee"));
     EXPECT_EQ(back->get(QStringLiteral("DelegationState")).toLong(), 1);
     EXPECT_EQ(back->Subject(), QStringLiteral("Hand over"));
+}
+
+TEST_F(ItemWindowsTest, TheContactWindowShowsTheCardReadOnly)
+{
+    vdir::writeDemoContacts(tmp.file(QStringLiteral("contacts")));
+    const vdir::DemoContact& demo = vdir::demoContacts().at(1);
+    auto contact = ol::asContact(ns->GetItemFromID(demo.entryId, QStringLiteral("store")));
+    ContactWindow w(*contact);
+    showAndWait(w);
+    EXPECT_EQ(QStringList({w.shown(QStringLiteral("FullName")), w.shown(QStringLiteral("CompanyName")), w.shown(QStringLiteral("Email1Address"))}),
+              QStringList({demo.fullName(), demo.companyName, demo.email}));
+    // Nothing on it looks or acts like a field that could be edited.
+    EXPECT_TRUE(w.findChildren<QLineEdit*>().isEmpty() && w.findChildren<QPlainTextEdit*>().isEmpty());
+    EXPECT_FALSE(child<QLabel>(w, QStringLiteral("CompanyName"))->textInteractionFlags() & Qt::TextEditable);
+    QTest::keyClick(&w, Qt::Key_Escape);
+    EXPECT_FALSE(w.isVisible());
+    EXPECT_TRUE(contact->Saved());
 }
 
 } // namespace
