@@ -55,14 +55,24 @@ protected:
 
 class DiskFault : public OnASmallDisk, public ::testing::WithParamInterface<int> {};
 
-// The disk fills up as the third task of a run is saved, or the databases lie on a read-only
-// mount. A process reports its first failure only: each case runs in a process of its own.
+// The disk fills up as the third task of a run is saved or as a group's prompt is typed, or the
+// databases lie on a read-only mount. A process reports its first failure only: each case runs
+// in a process of its own.
 TEST_P(DiskFault, IsReportedOnceAndWhatWasSavedBeforeIsWhole)
 {
     const QString tasks = play() + QStringLiteral("/vdir/tasks");
     const QStringList databases{play() + QStringLiteral("/OVLocal.db"), play() + QStringLiteral("/OVLink.db")};
     auto contents = [&] { return vdir::readWholeFile(databases[0]) + vdir::readWholeFile(databases[1]); };
     QByteArray before;
+    // Groups are edited where no time card is open; the prompt typed is larger than the room left.
+    QJsonObject groupEdit = processingSession(2);
+    groupEdit.remove("host");
+    QJsonObject local = groupEdit.value("store").toObject().value("local").toObject();
+    local.insert("tblTaskGroups", QJsonArray{QJsonObject{{"ID", 1}, {"GroupName", "Run"}, {"CommonUserResponse", true}, {"Prompt", "Which?"}}});
+    groupEdit.insert("store", QJsonObject{{"local", local}});
+    groupEdit.insert("script", QJsonArray{QJsonObject{{"form", "frmSteplet"}, {"select", "cboGroup"}, {"item", "Run"}},
+                                          QJsonObject{{"form", "frmSteplet"}, {"type", "txtGroupPrompt"}, {"text", QString(1 << 20, 'p')}},
+                                          QJsonObject{{"form", "frmSteplet"}, {"close", true}}});
     struct Case { QJsonObject session; scenario::PlayHooks hooks; QString says; std::function<void()> check; };
     const Case cases[] = {
         {processingSession(5), {{}, [&](int savedBefore) { if (savedBefore == 2) fillDisk(play()); }}, QStringLiteral("No space left on device"), [&] {
@@ -75,6 +85,10 @@ TEST_P(DiskFault, IsReportedOnceAndWhatWasSavedBeforeIsWhole)
              before = contents();
              for (const QString& name : databases) ASSERT_TRUE(mountReadOnly(name));
          }, {}}, play() + QStringLiteral("/OVLocal.db: it lies on a read-only file system."), [&] { EXPECT_EQ(contents(), before); }},
+        {groupEdit, {[&](const QString& dir) { fillDisk(dir, 256 << 10); }, {}}, QStringLiteral("OVLocal.db: the disk is full."), [&] {
+             const QJsonArray groups = table("local", "tblTaskGroups");
+             EXPECT_EQ(groups.size() == 1 ? groups[0].toObject().value("Prompt").toString() : QString(), "Which?");
+         }},
     };
     const Case& c = cases[GetParam()];
     const QString said = onlyReport(c.session, c.hooks);
@@ -83,7 +97,7 @@ TEST_P(DiskFault, IsReportedOnceAndWhatWasSavedBeforeIsWhole)
     EXPECT_EQ(checkProblems(play()), QStringList()) << "every task recorded is whole";
 }
 
-INSTANTIATE_TEST_SUITE_P(FullDiskDuringARunAndReadOnlyDatabases, DiskFault, ::testing::Values(0, 1));
+INSTANTIATE_TEST_SUITE_P(FullDiskAndReadOnlyDatabases, DiskFault, ::testing::Values(0, 1, 2));
 
 // Notes too long for the room left on the disk: the save is reported once, no row is written,
 // and the task stays for another try.
