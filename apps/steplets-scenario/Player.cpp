@@ -210,7 +210,7 @@ std::pair<int, QString> callHost(const Scenario& s, Wiring& w)
 PlayResult play(const Scenario& scenario, const QString& dir, Host on, const PlayHooks& hooks)
 {
     PlayResult result;
-    // The stores as the scenario has them. as the scenario has them.
+    // The stores as the scenario has them.
     const Workspace ws{QDir::cleanPath(QDir(dir).absolutePath())};
     try {
         setUp(scenario, ws);
@@ -218,7 +218,7 @@ PlayResult play(const Scenario& scenario, const QString& dir, Host on, const Pla
         return PlayResult{CannotPlay, p.message, std::nullopt};
     }
     if (hooks.afterSetUp) hooks.afterSetUp(ws.dir);
-    // The ports, then the host's call. and make the host's call.
+    // The ports, then the host's call.
     const ItemOrder order{entryIdsOf(scenario.outlook.tasks), entryIdsOf(scenario.outlook.contacts), {}};
     Wiring w = wire(scenario, ws, order, on, hooks);
     const auto [exit, why] = callHost(scenario, w);

@@ -240,8 +240,7 @@ TEST_F(ItemWindowsTest, ClosingAsksOnlyAboutAChangeAndCancelStaysYesSaves)
             static_cast<QMessageBox*>(QApplication::activeModalWidget())->button(answer)->click();
         });
         driver.start();
-        w.close();
-        QTest::qWait(50);
+        w.close();   // the box, if any, is answered inside this call
     };
     showAndWait(w);
     closeAnswering(QMessageBox::Yes);
